@@ -1,0 +1,25 @@
+#pragma once
+#include <QObject>
+#include <QString>
+
+class QTimer;
+
+// Follows the kernel's mount table for a file system mounted at or below a directory.
+class DMountedDirectoryWatcher : public QObject
+{
+    Q_OBJECT
+public:
+    explicit DMountedDirectoryWatcher(QObject* parent = nullptr);
+    ~DMountedDirectoryWatcher() override;
+
+    void setMountDir(const QString& directory);
+    QString mountDir() const;
+    bool isMounted() const;
+
+signals:
+    void mountStateChanged(bool mounted, const QString& path);
+
+private:
+    class Private;
+    Private* d;
+};

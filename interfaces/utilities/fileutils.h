@@ -1,0 +1,15 @@
+#pragma once
+#include <QString>
+#include <functional>
+
+// True when the file parses as JSON.
+bool isValidJsonFile(const QString& path);
+// Merges the update document into the configuration document on disk: objects are merged
+// key by key, every other value (arrays included) replaces the old one; the result is
+// written back to configPath. False when either file is unreadable or the write fails.
+bool updateJsonFile(const QString& updatePath, const QString& configPath);
+// Copies every file of sourceDir (recursively, keeping sub-directories) for whose path
+// `accept` returns true into targetDir, replacing files of the same name. Returns the
+// number of files copied.
+int copyFiles(const QString& sourceDir, const QString& targetDir,
+              const std::function<bool(const QString&)>& accept);

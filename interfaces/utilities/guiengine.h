@@ -1,0 +1,24 @@
+#pragma once
+#include <QObject>
+#include <QQmlContext>
+#include <QVector>
+
+class QQmlEngine;
+
+// Wraps the application's QML engine; null until an application creates one.
+class GuiEngine : public QObject
+{
+    Q_OBJECT
+public:
+    explicit GuiEngine(QQmlEngine* engine, QObject* parent = nullptr);
+    ~GuiEngine() override;
+
+    static GuiEngine* instance();
+    bool isValid() const;
+    QQmlEngine* engine() const;
+    // Sets all properties on the engine's root context in one call.
+    void setContextProperties(const QVector<QQmlContext::PropertyPair>& properties);
+
+private:
+    QQmlEngine* m_engine;
+};

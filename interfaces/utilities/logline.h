@@ -1,0 +1,14 @@
+#pragma once
+#include <QString>
+
+// The station's one log-line layout:
+//   "\n" date ";\tThread =" thread ";\tThis =" object ";\t" source ";\t" line ";\t" message [" " appended]
+// `object` null prints "static". Critical lines carry warnings too (category "default").
+namespace LogLine {
+QString format(const void* object, const char* sourceFile, int line,
+               const QString& message, const QString& appended = QString());
+void critical(const void* object, const char* sourceFile, int line,
+              const QString& message, const QString& appended = QString());
+void debug(const void* object, const char* sourceFile, int line,
+           const QString& message, const QString& appended = QString());
+}

@@ -1,0 +1,20 @@
+#pragma once
+#include <QString>
+#include <QtGlobal>
+
+// Obfuscation of stored texts (share passwords), not encryption: anyone with the key reads
+// them. Stored form: the SimpleCrypt version-3 format (Base64 of version byte 3, flags byte,
+// then the XOR-chained payload of a random byte, an optional checksum and optionally
+// qCompress-ed UTF-8 text).
+class SimpleCrypt
+{
+public:
+    explicit SimpleCrypt(quint64 key = 0);
+    void setKey(quint64 key);
+    QString encryptToString(const QString& plaintext) const;
+    // Empty for an empty input, a wrong version or a bad checksum.
+    QString decryptToString(const QString& cyphertext) const;
+
+private:
+    quint64 m_key;
+};

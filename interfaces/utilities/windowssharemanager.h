@@ -1,0 +1,52 @@
+#pragma once
+#include <QList>
+#include <QObject>
+#include <QString>
+
+class QTimer;
+class QTcpSocket;
+
+// Mounts one network (SMB) share at a local mount point and keeps it mounted: detects the
+// server by a TCP connection (port 445, or the port of a "host:port" address), tries to
+// mount a bounded number of times, reports a permanent failure when the attempts are
+// spent, and watches the mount so that a share that went away is mounted again.
+// Back-end chosen by the pre-configuration parameter "shareMountBackend": "cifs" (default,
+// kernel client through mount -t cifs and a 0600 credentials file) or "fuse" (user-space
+// helper program on libsmbclient). The password never appears on a command line or in a
+// log line.
+class WindowsShareManager : public QObject
+{
+    Q_OBJECT
+public:
+    WindowsShareManager(const QString& serverAddress, const QString& domain, const QString& login,
+                        const QString& password, const QString& sharePath, const QString& mountPoint,
+                        const QString& aliasName, int pollingIntervalMs, QObject* parent = nullptr);
+    ~WindowsShareManager() override;
+
+    // Retry schedule of server detection (ms between probes; the last value repeats) and
+    // the number of mount attempts before a permanent failure. Defaults suit a station;
+    // tests use short values.
+    void setDetectionSchedule(const QList<int>& intervalsMs);
+    void setMaxMountAttempts(int attempts);
+    void setMountAttemptIntervalMs(int intervalMs);
+
+    void start();
+    void retryConnection();
+    // Releases the share and the mount point synchronously.
+    void umountWindowsShare();
+    bool isMounted() const;
+    QString mountPoint() const;
+
+signals:
+    void connectionChanged(const QString& mountPath, bool connected);
+    void serverDetectionStarted();
+    void serverDetectionRetrying(int nextIntervalMs);
+    void serverResponded();
+    void mountAttemptStarted(int attemptNumber, int maxAttempts);
+    void mountAttemptFailed(int attemptNumber, int maxAttempts, const QString& reason);
+    void permanentMountFailure(const QString& reason);
+
+private:
+    class Private;
+    Private* d;
+};
