@@ -225,7 +225,12 @@ private slots:
     void sltFolderConnectionFailed(QString aliasName, QString errorMessage, bool isPermanent);
 
 private:
-    // Reset-state helpers of the sync database reset.
+    // Builds the sync manager through the factory seam (the sync library's by default).
+    DSyncManager* createSyncManager(const QString& databaseFilePath, const QString& trashDirectoryPath,
+                                    int intervalMs, const QStringList& excludedPatterns);
+    // Reset-state helpers of the sync database reset; connectResetTimers wires the three
+    // timers' expiry (called once by the constructor).
+    void connectResetTimers();
     void markResetReadyInternal(bool success);
     void dropConnection(QMetaObject::Connection& connection);
 
