@@ -1,11 +1,13 @@
 #pragma once
 #include <QObject>
+#include <QPointer>
 #include <QQmlContext>
 #include <QVector>
 
 class QQmlEngine;
 
-// Wraps the application's QML engine; null until an application creates one.
+// Wraps the application's QML engine; null until an application creates one (the last one
+// created is the instance).
 class GuiEngine : public QObject
 {
     Q_OBJECT
@@ -20,5 +22,5 @@ public:
     void setContextProperties(const QVector<QQmlContext::PropertyPair>& properties);
 
 private:
-    QQmlEngine* m_engine;
+    QPointer<QQmlEngine> m_engine;
 };

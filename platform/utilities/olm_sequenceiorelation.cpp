@@ -1,0 +1,6 @@
+#include "utilities/olm_sequenceiorelation.h"
+
+OLM_SequenceIoRelation::OLM_SequenceIoRelation(QObject* parent)
+    : ObjectListModel<SequenceIoRelation>(parent)
+{
+}
