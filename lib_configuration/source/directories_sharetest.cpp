@@ -1,7 +1,190 @@
-// Placeholder bodies so the library links while the share test is written.
+// Directories: network share connection test (mount a temporary folder, then write, read,
+// compare and delete a probe file in it).
 #include "directories.h"
 
-void Directories::setTestResult(bool, const QString&) {}
-void Directories::cleanupTestFolder() {}
-void Directories::testFileOperations() {}
-void Directories::testFolderConnection(QString, QString, QString, QString, QString) {}
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+#include <QTimer>
+
+#include "utilities/logline.h"
+
+namespace {
+const char* const C_sourceFile = "lib_configuration/source/directories";
+
+const QString C_testFolderName = QStringLiteral("__TEST_CONNECTION__");
+const QString C_probeFileName = QStringLiteral("__TEST_CONNECTION__.txt");
+const QString C_probeContentPrefix = QStringLiteral("Velquist connection test - ");
+constexpr int C_testPollingIntervalMs = 5000;
+constexpr int C_testTimeLimitMs = 10000;
+constexpr int C_fileTestDelayMs = 100;
+constexpr int C_resultDelayMs = 100;
+}
+
+void Directories::testFolderConnection(QString address, QString domain, QString identifier, QString password,
+                                       QString path)
+{
+    // A refused request leaves the running test alone: its timer keeps running and
+    // testInProgress gets its previous value back after the two notifications.
+    const bool busy = !m_testFolder.isNull() || m_cleanupInProgress;
+    const bool wasInProgress = m_testInProgress;
+    if (!busy)
+        m_testTimer.stop();
+    m_testInProgress = true;
+    emit testInProgressChanged();
+
+    if (busy) {
+        m_testInProgress = wasInProgress;
+        emit testInProgressChanged();
+        emit testConnectionResult(false, qtTrId("Directories_Previous_test_still_cleaning_up"));
+        return;
+    }
+
+    // An interrupted test may have left its (empty) mount point behind.
+    const QString orphanPath = QDir(getMountingStorageDirectoryPath()).filePath(C_testFolderName);
+    if (QFileInfo::exists(orphanPath) && !QDir().rmdir(orphanPath)) {
+        LogLine::critical(this, C_sourceFile, __LINE__,
+                          QStringLiteral("[Directories] WARNING: Could not remove orphaned test directory:"),
+                          orphanPath + QStringLiteral(" - it may not be empty. Manual cleanup required."));
+    }
+
+    m_testFolder = Folder::configure(QStringLiteral("samba"), C_testFolderName, C_testFolderName, path, domain,
+                                     address, identifier, password, true, false, C_testPollingIntervalMs);
+    if (m_testFolder.isNull()) {
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("ERROR: Failed to create test folder"));
+        m_testInProgress = false;
+        emit testInProgressChanged();
+        emit testConnectionResult(false, qtTrId("Directories_Failed_to_create_test_folder"));
+        return;
+    }
+
+    // The share manager reports from the event loop, so nothing is missed by connecting
+    // after configure() has started mounting.
+    connect(m_testFolder.data(), &Folder::availabilityChanged, this, [this](const QString&, bool availability) {
+        if (availability)
+            QTimer::singleShot(C_fileTestDelayMs, this, &Directories::testFileOperations);
+        else if (m_testInProgress)
+            cleanupTestFolder();
+    });
+    connect(m_testFolder.data(), &Folder::folderConnectionFailed, this,
+            [this](const QString&, const QString& errorMessage, bool) {
+                m_testResult = false;
+                m_testMessage = qtTrId("Directories_Connection_failed").arg(errorMessage);
+                cleanupTestFolder();
+            });
+
+    disconnect(m_testTimerConnection);
+    m_testTimerConnection = connect(&m_testTimer, &QTimer::timeout, this, [this]() {
+        if (!m_testFolder.isNull() && m_testInProgress) {
+            m_testResult = false;
+            m_testMessage = qtTrId("Directories_Connection_timeout");
+            cleanupTestFolder();
+        }
+    });
+    m_testTimer.setSingleShot(true);
+    m_testTimer.start(C_testTimeLimitMs);
+}
+
+void Directories::setTestResult(bool success, const QString& message)
+{
+    m_testResult = success;
+    m_testMessage = message;
+}
+
+void Directories::testFileOperations()
+{
+    if (m_testFolder.isNull()) {
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] No test folder available"));
+        setTestResult(false, qtTrId("Directories_Internal_error_test_folder_disappeared"));
+        cleanupTestFolder();
+        return;
+    }
+
+    const QString mountPath = m_testFolder->mountedPath();
+    if (mountPath.isEmpty() || !QFileInfo::exists(mountPath)) {
+        LogLine::critical(this, C_sourceFile, __LINE__,
+                          QStringLiteral("[testFileOperations] Mount point not available:"), mountPath);
+        setTestResult(false, qtTrId("Directories_Mount_point_not_accessible"));
+        cleanupTestFolder();
+        return;
+    }
+
+    QFile probe(QDir(mountPath).filePath(C_probeFileName));
+    const QString content = C_probeContentPrefix + QDateTime::currentDateTime().toString(Qt::ISODate);
+
+    if (!probe.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+        setTestResult(false, qtTrId("Directories_Cannot_write_to_share").arg(probe.errorString()));
+        cleanupTestFolder();
+        return;
+    }
+    {
+        QTextStream out(&probe);
+        out << content;
+    }
+    probe.close();
+
+    if (!probe.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Failed to read test file:"),
+                          probe.errorString());
+        setTestResult(false, qtTrId("Directories_Cannot_read_from_share").arg(probe.errorString()));
+        cleanupTestFolder();
+        return;
+    }
+    QString readBack;
+    {
+        QTextStream in(&probe);
+        readBack = in.readAll();
+    }
+    probe.close();
+
+    // On a mismatch the probe file stays where it is, as after a failed read.
+    if (readBack != content) {
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Content mismatch"));
+        setTestResult(false, qtTrId("Directories_Data_verification_failed"));
+        cleanupTestFolder();
+        return;
+    }
+
+    if (!probe.remove()) {
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Failed to delete test file:"),
+                          probe.errorString());
+        setTestResult(false, qtTrId("Directories_Cannot_delete_from_share").arg(probe.errorString()));
+        cleanupTestFolder();
+        return;
+    }
+
+    setTestResult(true, qtTrId("Directories_Connection_successful"));
+    cleanupTestFolder();
+}
+
+void Directories::cleanupTestFolder()
+{
+    m_testTimer.stop();
+    m_testInProgress = false;
+    m_cleanupInProgress = true;
+    emit testInProgressChanged();
+
+    if (m_testFolder.isNull()) {
+        m_cleanupInProgress = false;
+        return;
+    }
+
+    disconnect(m_testFolder.data(), &Folder::availabilityChanged, this, nullptr);
+    disconnect(m_testFolder.data(), &Folder::folderConnectionFailed, this, nullptr);
+
+    // Cleanup may run inside a signal of the folder or of its share manager: the last
+    // reference goes from the event loop, which destroys the folder and unmounts the share
+    // before the result below is reported.
+    QSharedPointer<Folder> released;
+    released.swap(m_testFolder);
+    QTimer::singleShot(0, this, [released]() mutable { released.reset(); });
+
+    const bool result = m_testResult;
+    const QString message = m_testMessage;
+    QTimer::singleShot(C_resultDelayMs, this, [this, result, message]() {
+        m_cleanupInProgress = false;
+        emit testConnectionResult(result, message);
+    });
+}

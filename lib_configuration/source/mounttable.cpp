@@ -1,0 +1,212 @@
+#include "mounttable.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+#ifdef Q_OS_LINUX
+#include <sys/vfs.h>
+#endif
+
+namespace {
+const QString C_kernelTableFilePath = QStringLiteral("/proc/self/mountinfo");
+
+QString& tableFilePathOverride()
+{
+    static QString path;
+    return path;
+}
+
+// The kernel writes space, tab, newline and backslash in mountinfo as \ooo.
+QString decodeOctalEscapes(const QString& field)
+{
+    const auto isOctal = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('7'); };
+    QString decoded;
+    decoded.reserve(field.size());
+    for (int i = 0; i < field.size(); ++i) {
+        if (field.at(i) == QLatin1Char('\\') && i + 3 < field.size() && isOctal(field.at(i + 1))
+            && isOctal(field.at(i + 2)) && isOctal(field.at(i + 3))) {
+            decoded += QChar(field.mid(i + 1, 3).toInt(nullptr, 8));
+            i += 3;
+            continue;
+        }
+        decoded += field.at(i);
+    }
+    return decoded;
+}
+
+bool isFuseType(const QString& type)
+{
+    return type == QLatin1String("fuse") || type == QLatin1String("fuseblk") || type.startsWith(QLatin1String("fuse."));
+}
+
+// Server and share named by a mount source: "//server/share[/sub]" (also with
+// backslashes) or "[user@]host:[/]path" as NFS and sshfs write it.
+void splitNetworkSource(const QString& source, QString& server, QString& share)
+{
+    server.clear();
+    share.clear();
+    QString text = source;
+    text.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (text.startsWith(QLatin1String("//"))) {
+        const QString rest = text.mid(2);
+        const int slash = rest.indexOf(QLatin1Char('/'));
+        if (slash <= 0)
+            return;
+        server = rest.left(slash);
+        share = rest.mid(slash + 1);
+    } else {
+        int colon = -1;
+        if (text.startsWith(QLatin1Char('['))) {
+            const int bracket = text.indexOf(QLatin1String("]:"));
+            colon = bracket < 0 ? -1 : bracket + 1;
+        } else {
+            colon = text.indexOf(QLatin1Char(':'));
+        }
+        if (colon <= 0)
+            return;
+        QString host = text.left(colon);
+        if (host.contains(QLatin1Char('/')))
+            return;
+        host = host.mid(host.lastIndexOf(QLatin1Char('@')) + 1);
+        server = host;
+        share = text.mid(colon + 1);
+    }
+    while (share.startsWith(QLatin1Char('/')))
+        share.remove(0, 1);
+    while (share.endsWith(QLatin1Char('/')))
+        share.chop(1);
+    if (server.isEmpty())
+        share.clear();
+}
+}
+
+QList<MountTable::Entry> MountTable::parse(const QString& mountInfoText)
+{
+    QList<Entry> entries;
+    const QStringList lines = mountInfoText.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString& line : lines) {
+        // id parent major:minor root mount-point options [optional fields] - type source super-options
+        const QStringList fields = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const int separator = fields.indexOf(QStringLiteral("-"), 6);
+        if (separator < 6 || separator + 2 >= fields.size())
+            continue;
+        Entry entry;
+        entry.mountPoint = decodeOctalEscapes(fields.at(4));
+        entry.fileSystemType = decodeOctalEscapes(fields.at(separator + 1));
+        entry.source = decodeOctalEscapes(fields.at(separator + 2));
+        if (!entry.mountPoint.startsWith(QLatin1Char('/')))
+            continue;
+        if (isRemoteFileSystemType(entry.fileSystemType, entry.source))
+            splitNetworkSource(entry.source, entry.server, entry.share);
+        entries.append(entry);
+    }
+    return entries;
+}
+
+bool MountTable::read(QList<Entry>& entries)
+{
+    entries.clear();
+    QFile file(tableFilePath());
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    entries = parse(QString::fromLocal8Bit(file.readAll()));
+    return true;
+}
+
+bool MountTable::isRemoteFileSystemType(const QString& fileSystemType, const QString& source)
+{
+    static const QStringList networkTypes = {
+        QStringLiteral("cifs"), QStringLiteral("smb3"), QStringLiteral("smbfs"), QStringLiteral("nfs"),
+        QStringLiteral("nfs4"), QStringLiteral("afs"),  QStringLiteral("ceph"),  QStringLiteral("coda"),
+        QStringLiteral("ncpfs"), QStringLiteral("davfs")
+    };
+    static const QStringList networkFuseTypes = {
+        QStringLiteral("sshfs"), QStringLiteral("smbnetfs"), QStringLiteral("rclone"), QStringLiteral("s3fs"),
+        QStringLiteral("curlftpfs"), QStringLiteral("glusterfs")
+    };
+    if (networkTypes.contains(fileSystemType))
+        return true;
+    if (!isFuseType(fileSystemType))
+        return false;
+    if (networkFuseTypes.contains(fileSystemType.mid(5)))
+        return true;
+    // Any other FUSE file system counts when its source names a server and a share.
+    QString normalised = source;
+    normalised.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (!normalised.startsWith(QLatin1String("//")))
+        return false;
+    QString server;
+    QString share;
+    splitNetworkSource(normalised, server, share);
+    return !server.isEmpty() && !share.isEmpty();
+}
+
+int MountTable::indexOfMountHolding(const QList<Entry>& entries, const QString& absolutePath)
+{
+    const QString path = QDir::cleanPath(absolutePath);
+    int best = -1;
+    int bestLength = -1;
+    for (int i = 0; i < entries.size(); ++i) {
+        const QString mountPoint = QDir::cleanPath(entries.at(i).mountPoint);
+        const bool holds = mountPoint == QLatin1String("/") || path == mountPoint
+                           || path.startsWith(mountPoint + QLatin1Char('/'));
+        if (holds && mountPoint.size() >= bestLength) {
+            best = i;
+            bestLength = mountPoint.size();
+        }
+    }
+    return best;
+}
+
+bool MountTable::isOnRemoteFileSystem(const QString& path)
+{
+#ifdef Q_OS_LINUX
+    if (path.isEmpty())
+        return false;
+    QString probe = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    while (!QFileInfo::exists(probe)) {
+        const QString parent = QFileInfo(probe).path();
+        if (parent == probe)
+            return false;
+        probe = parent;
+    }
+    struct statfs info;
+    if (::statfs(QFile::encodeName(probe).constData(), &info) != 0)
+        return false;
+    switch (quint32(info.f_type)) {
+    case 0x517B:      // SMB
+    case 0xFF534D42u: // CIFS
+    case 0xFE534D42u: // SMB2
+    case 0x6969:      // NFS
+    case 0x5346414Fu: // AFS
+    case 0x00C36400u: // Ceph
+    case 0x73757245u: // Coda
+    case 0x564C:      // NCP
+        return true;
+    case 0x65735546u: { // FUSE: the type in the mount table tells a network one
+        QList<Entry> entries;
+        if (!read(entries))
+            return false;
+        const int index = indexOfMountHolding(entries, probe);
+        return index >= 0 && isRemoteFileSystemType(entries.at(index).fileSystemType, entries.at(index).source);
+    }
+    default:
+        return false;
+    }
+#else
+    Q_UNUSED(path)
+    return false;
+#endif
+}
+
+void MountTable::setTableFilePath(const QString& filePath)
+{
+    tableFilePathOverride() = filePath;
+}
+
+QString MountTable::tableFilePath()
+{
+    return tableFilePathOverride().isEmpty() ? C_kernelTableFilePath : tableFilePathOverride();
+}
