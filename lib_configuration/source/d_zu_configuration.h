@@ -1,0 +1,354 @@
+#pragma once
+#include <QDate>
+#include <QDateTime>
+#include <QJsonObject>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QSharedPointer>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include "directories.h"
+#include "utilities/datetime.h"
+#include "utilities/olm_sequenceiorelation.h"
+
+class AccessControlManager;
+class DDirectoriesPaths;
+class DSyncManager;
+
+// The station's settings singleton: the settings document in memory, its load, reload and
+// save, the regional settings, the sequencer options, comments and I/O relations, templates
+// and validators, and the folder directory service it owns. Published to QML as "zuConfig".
+//
+// Implementation files: d_zu_configuration.cpp (document, service, save),
+// d_zu_configuration_relations.cpp, d_zu_configuration_regional.cpp,
+// d_zu_configuration_update.cpp, d_zu_configuration_templates.cpp.
+class DZuConfiguration : public QObject
+{
+    Q_OBJECT
+
+    Q_PROPERTY(QString appName READ getAppName CONSTANT)
+    Q_PROPERTY(QString version READ version CONSTANT)
+    Q_PROPERTY(QStringList languages READ getLanguages CONSTANT)
+    Q_PROPERTY(QString currentLanguage READ getCurrentLanguage WRITE setCurrentLanguage NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString torqueUnit READ torqueUnit WRITE setTorqueUnit NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString temperatureUnit READ temperatureUnit WRITE setTemperatureUnit NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString weightUnit READ weightUnit WRITE setWeightUnit NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString distanceUnit READ distanceUnit WRITE setDistanceUnit NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QStringList keyboardLayouts READ getKeyboardLayouts CONSTANT)
+    Q_PROPERTY(QString keyboardInput READ getKeyboardInput WRITE setKeyboardInput NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString currentRegion READ currentRegion WRITE setCurrentRegion NOTIFY sigRegionChanged)
+    Q_PROPERTY(QString currentCity READ currentCity NOTIFY sigRegionChanged)
+    Q_PROPERTY(QStringList timezones READ timezones CONSTANT)
+    Q_PROPERTY(QStringList regions READ regions CONSTANT)
+    Q_PROPERTY(QStringList cities READ cities NOTIFY sigRegionChanged)
+    Q_PROPERTY(QString currentDateFormat READ currentDateFormat NOTIFY sigRegionChanged)
+    Q_PROPERTY(QString currentHourFormat READ currentHourFormat NOTIFY sigRegionChanged)
+    Q_PROPERTY(bool isCurrent24HoursFormat READ isCurrent24HoursFormat NOTIFY sigRegionChanged)
+    Q_PROPERTY(QStringList hourFormats READ hourFormats NOTIFY sigRegionChanged)
+    Q_PROPERTY(bool useDefaultNtp READ useDefaultNtp WRITE setUseDefaultNtp NOTIFY sigRegionChanged)
+    Q_PROPERTY(QString customNtp READ customNtp WRITE setCustomNtp NOTIFY sigRegionChanged)
+    Q_PROPERTY(QStringList dateFormats READ dateFormats CONSTANT)
+    Q_PROPERTY(bool displayDate READ displayDate WRITE setDisplayDate NOTIFY sigRegionChanged)
+    Q_PROPERTY(bool displaySeconds READ displaySeconds WRITE setDisplaySeconds NOTIFY sigRegionChanged)
+    Q_PROPERTY(QString workplaceName READ workplaceName WRITE setWorkplaceName NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString prodLineName READ prodLineName WRITE setProdLineName NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(int inactivityTimeout READ inactivityTimeout WRITE setInactivityTimeout NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(int soundVolume READ getSoundVolume WRITE setSoundVolume NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(int sequenceWarningThreshold READ sequenceWarningThreshold WRITE setSequenceWarningThreshold NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool forceAutoLogoutForAllUsers READ forceAutoLogoutForAllUsers WRITE setForceAutoLogoutForAllUsers NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(int availableStorageWarningLimit READ availableStorageWarningLimit WRITE setAvailableStorageWarningLimit NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool hideProductionTimer READ hideProductionTimer WRITE setHideProductionTimer NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool operatorCannotSelectSequence READ operatorCannotSelectSequence WRITE setOperatorCannotSelectSequence NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString mediaDirectoryPath READ mediaDirectoryPath NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString companyLogo READ companyLogo WRITE setCompanyLogo NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString companyAddress READ companyAddress NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString reportFooter READ reportFooter NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QStringList reworkComments READ reworkComments NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QStringList skipComments READ skipComments NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool sequenceAutoLaunch READ sequenceAutoLaunch WRITE setSequenceAutoLaunch NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool sequenceAutoSerialNumber READ sequenceAutoSerialNumber WRITE setSequenceAutoSerialNumber NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool sequenceIoLaunch READ sequenceIoLaunch WRITE setSequenceIoLaunch NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(bool sequenceScriptLaunch READ sequenceScriptLaunch WRITE setSequenceScriptLaunch NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString sequenceStatusOutput READ sequenceStatusOutput WRITE setSequenceStatusOutput NOTIFY sigConfigurationChanged)
+    // Written relative to the media directory, read back as a full path (intended asymmetry).
+    Q_PROPERTY(QString sequenceScriptPath READ sequenceScriptPath WRITE setSequenceScriptPath NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(QString sequenceScriptData READ sequenceScriptData WRITE setSequenceScriptData NOTIFY sigConfigurationChanged)
+    Q_PROPERTY(OLM_SequenceIoRelation* sequenceIoRelations READ sequenceIoRelations NOTIFY sigSequenceRelationChanged)
+
+public:
+    // Date format name -> QDate/QDateTime pattern ("DD/MM/YYYY" -> "dd/MM/yyyy", ...).
+    static const QMap<QString, QString> c_dateFormats;
+
+    // --- Creation and access ------------------------------------------------------------
+    static DZuConfiguration* initInstance(AccessControlManager* accessControl);
+    static DZuConfiguration* getInstance();
+
+    // Usable directly (tests, tools); the application goes through initInstance.
+    DZuConfiguration(const QString& configurationDirectoryPath, const QString& configurationFileName,
+                     const QString& removableStoragePath, AccessControlManager* accessControl,
+                     const QString& syncDatabaseFilePath, const QString& trashDirectoryPath);
+    ~DZuConfiguration() override;
+
+    // --- Document -----------------------------------------------------------------------
+    QJsonObject getMainConfig(const QString& fileName);
+    QVariant getConfigParameter(const QString& path) const;
+    QVariantMap getLoggerSection() const;
+    QString lastModification() const { return m_lastModification; }
+    const QJsonObject& mainConfiguration() const { return m_mainConfig; }
+    QSharedPointer<QJsonObject> settings() const { return m_settings; }
+    QString configurationDirectoryPath() const { return m_configurationDirectoryPath; }
+    QString configurationFileName() const { return m_configurationFileName; }
+
+    void loadSettings();
+    void reload();
+    void loadDirectories();
+    void loadUsers();
+    // True when the document file could be opened for writing; `root` is completed in place.
+    bool saveSettings(QJsonObject& root);
+
+    // Sync settings read straight from the document file (before the document is loaded).
+    static int readSyncIntervalMs(const QString& dir, const QString& fileName, int defaultMs);
+    static QStringList readSyncExcludedPatterns(const QString& dir, const QString& fileName,
+                                                const QStringList& defaults);
+    int syncIntervalMs() const { return m_syncIntervalMs; }
+    QStringList syncExcludedPatterns() const { return m_syncExcludedPatterns; }
+
+    // Applies a configuration update package found at start-up.
+    static void processConfigurationUpdate(const QString& zipPath, const QString& configDir);
+
+    // --- Owned services -----------------------------------------------------------------
+    Directories* directories() { return &m_directories; }
+    DSyncManager* syncManager() const;
+    QSharedPointer<DDirectoriesPaths> directoriesPaths() const;
+    DateTime* dateTime() { return &m_dateTime; }
+    OLM_SequenceIoRelation* sequenceIoRelations() { return &m_sequenceIoRelations; }
+    QString getMountedPathFromAdress(const QString& address, bool& mounted) const;
+    QString networkAddressToLocalDrive(const QString& address, bool& found) const;
+
+    // --- Directory getters (forwarded to the directory service) -------------------------
+    QString mediaDirectoryPath() const;
+    QString sequencesDirectoryPath() const;
+    QString databasesDirectoryPath() const;
+    QString templatesDirectoryPath() const;
+    QString generalScriptsDirectoryPath() const;
+    QString updateFolderPath() const;
+    QString pdfReportsDirectoryPath() const;
+    QString getLocalDatabasesDirectoryPath() const;
+    QString getLocalMediaDirectoryPath() const;
+    QString getLocalPdfReportsDirectoryPath() const;
+    QString getLocalSequencesDirectoryPath() const;
+    QString getLocalTemplatesDirectoryPath() const;
+    QString getLocalToolBackupsDirectoryPath() const;
+
+    // --- General --------------------------------------------------------------------------
+    QString getAppName() const;
+    QString version() const;
+    QString systemName() const { return m_systemName; }
+    QString workplaceName() const { return m_workplaceName; }
+    void setWorkplaceName(const QString& name);
+    QString prodLineName() const { return m_prodLineName; }
+    void setProdLineName(const QString& name);
+    int inactivityTimeout() const { return m_inactivityTimeout; }
+    void setInactivityTimeout(int timeout);
+    int sequenceWarningThreshold() const { return m_sequenceWarningThreshold; }
+    void setSequenceWarningThreshold(int threshold);
+    bool forceAutoLogoutForAllUsers() const { return m_forceAutoLogoutForAllUsers; }
+    void setForceAutoLogoutForAllUsers(bool force);
+    int availableStorageWarningLimit() const { return m_availableStorageWarningLimit; }
+    void setAvailableStorageWarningLimit(int limit);
+    bool hideProductionTimer() const { return m_hideProductionTimer; }
+    void setHideProductionTimer(bool hide);
+    bool operatorCannotSelectSequence() const { return m_operatorCannotSelectSequence; }
+    void setOperatorCannotSelectSequence(bool cannotSelect);
+    // The stored value, not limited (what the document holds).
+    int storedSoundVolume() const { return m_soundVolume; }
+    int getSoundVolume() const;
+    void setSoundVolume(int volume);
+
+    // --- Regional settings ----------------------------------------------------------------
+    QString torqueUnit() const { return m_torqueUnit; }
+    QString weightUnit() const { return m_weightUnit; }
+    QString distanceUnit() const { return m_distanceUnit; }
+    QString temperatureUnit() const { return m_temperatureUnit; }
+    void setTorqueUnit(const QString& unit);
+    void setWeightUnit(const QString& unit);
+    void setDistanceUnit(const QString& unit);
+    void setTemperatureUnit(const QString& unit);
+    // Four one-key maps {translated label: unit}: torque, weight, distance, temperature.
+    QVariantList unitLabels() const { return m_unitLabels; }
+
+    QStringList getLanguages() const;
+    QString getCurrentLanguage() const;
+    void setCurrentLanguage(const QString& language);
+    QString getLanguageName() const;
+    QStringList getKeyboardLayouts() const;
+    QString getKeyboardInput() const;
+    void setKeyboardInput(const QString& layout);
+    void setKeyMapLayout(const QString& layout);
+
+    QString currentRegion() const { return m_currentRegion; }
+    void setCurrentRegion(const QString& region);
+    QString currentCity() const { return m_currentCity; }
+    QStringList timezones() const;
+    QStringList regions() const;
+    QStringList cities() const;
+    QString currentDateFormat() const { return m_currentDateFormat; }
+    QString currentHourFormat() const { return m_currentHourFormat; }
+    bool isCurrent24HoursFormat() const;
+    QStringList hourFormats() const { return m_hourFormats; }
+    QStringList dateFormats() const { return m_dateFormats; }
+    QString getQDateStringFormat() const;
+    QString getQTimeStringFormat() const;
+    bool useDefaultNtp() const { return m_useDefaultNtp; }
+    void setUseDefaultNtp(bool useDefault);
+    QString customNtp() const { return m_customNtp; }
+    void setCustomNtp(const QString& server);
+    bool displayDate() const { return m_displayDate; }
+    void setDisplayDate(bool display);
+    bool displaySeconds() const { return m_displaySeconds; }
+    void setDisplaySeconds(bool display);
+
+    // --- Templates and validators ---------------------------------------------------------
+    QString companyLogo() const { return m_companyLogo; }
+    void setCompanyLogo(const QString& logo);
+    QString companyAddress() const { return m_companyAddress; }
+    QString reportFooter() const { return m_reportFooter; }
+    QVariantMap validators() const { return m_validators; }
+
+    // --- Comments, sequencer and I/O relations --------------------------------------------
+    QStringList reworkComments() const { return m_reworkComments; }
+    QStringList skipComments() const { return m_skipComments; }
+    bool sequenceAutoLaunch() const;
+    void setSequenceAutoLaunch(bool enabled);
+    bool sequenceAutoSerialNumber() const;
+    void setSequenceAutoSerialNumber(bool enabled);
+    bool sequenceIoLaunch() const;
+    void setSequenceIoLaunch(bool enabled);
+    bool sequenceScriptLaunch() const;
+    void setSequenceScriptLaunch(bool enabled);
+    QString sequenceStatusOutput() const;
+    void setSequenceStatusOutput(const QString& output);
+    // Media directory + "/" + the stored text.
+    QString sequenceScriptPath() const;
+    void setSequenceScriptPath(const QString& path);
+    QString sequenceScriptData() const;
+    void setSequenceScriptData(const QString& data);
+    // The stored texts, as the document holds them.
+    QString storedSequenceScriptPath() const { return m_sequenceScriptPath; }
+    QString storedSequenceScriptData() const { return m_sequenceScriptData; }
+    bool checkSeqRelationExist(int binaryCode, int& index) const;
+
+    // --- QML operations -------------------------------------------------------------------
+    Q_INVOKABLE QString getValidator(const QString& type);
+    Q_INVOKABLE void updateValidator(const QVariantMap& data);
+    Q_INVOKABLE void setRegion(const QString& region, const QString& city);
+    Q_INVOKABLE void setFormats(const QString& hourformat, const QString& dateformat);
+    Q_INVOKABLE void saveTemplateParameters(const QString& companyAddress, const QString& reportFooter);
+    Q_INVOKABLE void deleteTemplateFile(const QString& filename);
+    Q_INVOKABLE QString addTemplateFile(const QString& filename);
+    Q_INVOKABLE QString addCompanyLogo(const QString& filename);
+    Q_INVOKABLE QDate stringToDate(const QString& stringDate);
+    Q_INVOKABLE QString dateToString(const QDate& date);
+    Q_INVOKABLE QDateTime stringToTime(const QString& stringTime);
+    Q_INVOKABLE QString timeToString(const QDateTime& time);
+    Q_INVOKABLE QString dateTimeToString(const QDateTime& dateTime);
+    Q_INVOKABLE QString getReworkCommentFromIndex(int index);
+    Q_INVOKABLE QString getSkipCommentFromIndex(int index);
+    Q_INVOKABLE void addSkipComment(const QString& text);
+    Q_INVOKABLE void addReworkComment(const QString& text);
+    Q_INVOKABLE void editSkipComment(int index, const QString& text);
+    Q_INVOKABLE void editReworkComment(int index, const QString& text);
+    Q_INVOKABLE void removeSkipComment(int index);
+    Q_INVOKABLE void removeReworkComment(int index);
+    Q_INVOKABLE bool addSequenceIoRelation(int binaryCode, const QString& sequenceBaseName);
+    Q_INVOKABLE void editSequenceIoRelation(int index, int binaryCode, const QString& sequenceBaseName);
+    Q_INVOKABLE void removeSequenceIoRelation(int index);
+
+signals:
+    void sigConfigurationChanged();
+    void sigSequenceRelationChanged();
+    void sigRegionChanged();
+
+public slots:
+    void sltUserNameChanged(const QString& userName);
+
+private:
+    struct InitialSyncSettings {
+        QStringList excludedPatterns;
+        int intervalMs;
+    };
+    static InitialSyncSettings readInitialSyncSettings(const QString& dir, const QString& fileName);
+    DZuConfiguration(const QString& configurationDirectoryPath, const QString& configurationFileName,
+                     const QString& removableStoragePath, AccessControlManager* accessControl,
+                     const QString& syncDatabaseFilePath, const QString& trashDirectoryPath,
+                     const InitialSyncSettings& sync);
+
+    // Reads ":/data/timezones.csv" into the time-zone table and index (construction only).
+    void loadTimeZones();
+    void rebuildUnitLabels();
+    void loadPluginDefaults();
+
+    static DZuConfiguration* m_instance;
+
+    Directories m_directories;
+    QString m_configurationDirectoryPath;
+    QString m_configurationFileName;
+    QJsonObject m_mainConfig;
+    // Refers to m_mainConfig itself; its deleter does nothing.
+    QSharedPointer<QJsonObject> m_settings;
+    QPointer<AccessControlManager> m_accessControl;
+
+    QString m_torqueUnit;
+    QString m_weightUnit;
+    QString m_distanceUnit;
+    QString m_temperatureUnit;
+    DateTime m_dateTime;
+    QString m_workplaceName;
+    QString m_systemName;
+    QString m_prodLineName;
+    QString m_lastModification;
+    QVariantList m_unitLabels;
+    QVariantMap m_validators;
+    bool m_useDefaultNtp = true;
+    QString m_customNtp;
+    qint32 m_inactivityTimeout = 60;
+    qint32 m_soundVolume = 100;
+    qint32 m_sequenceWarningThreshold = 90;
+    bool m_forceAutoLogoutForAllUsers = false;
+    qint32 m_availableStorageWarningLimit = 5;
+    bool m_hideProductionTimer = false;
+    bool m_operatorCannotSelectSequence = false;
+    bool m_sequenceAutoLaunch = false;
+    bool m_sequenceAutoSerialNumber = false;
+    bool m_sequenceIoLaunch = false;
+    bool m_sequenceScriptLaunch = false;
+    QString m_sequenceStatusOutput;
+    qint32 m_syncIntervalMs = 30000;
+    // Starts as the default list ("*-journal", "*-shm", "*-wal"), like the interval, so a
+    // document without the key saves the patterns in use rather than an empty list.
+    QStringList m_syncExcludedPatterns;
+    QString m_companyLogo;
+    QString m_companyAddress;
+    QString m_reportFooter;
+    QString m_sequenceScriptPath;
+    QString m_sequenceScriptData;
+    QString m_currentRegion;
+    QString m_currentCity;
+    QString m_currentHourFormat;
+    QString m_currentDateFormat;
+    QStringList m_hourFormats;
+    QStringList m_dateFormats;
+    // Region -> its cities, and full time-zone identifier -> integer of its resource line.
+    QMap<QString, QStringList> m_timeZones;
+    QMap<QString, int> m_timeZoneIndex;
+    QStringList m_skipComments;
+    QStringList m_reworkComments;
+    OLM_SequenceIoRelation m_sequenceIoRelations;
+    bool m_displayDate = false;
+    bool m_displaySeconds = false;
+};
