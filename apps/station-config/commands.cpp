@@ -1,0 +1,336 @@
+#include "commands.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include "d_zu_configuration.h"
+#include "directories.h"
+#include "station.h"
+#include "sync/dsyncmanager.h"
+#include "utilities/preconfiguration.h"
+
+QTextStream& out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream& err()
+{
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+namespace {
+QString valueText(const QJsonValue& value)
+{
+    switch (value.type()) {
+    case QJsonValue::String: return value.toString();
+    case QJsonValue::Bool: return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
+    case QJsonValue::Double: return QString::number(value.toDouble(), 'g', 15);
+    case QJsonValue::Null:
+    case QJsonValue::Undefined: return QStringLiteral("-");
+    default: return QString::fromUtf8(QJsonDocument::fromVariant(value.toVariant()).toJson(QJsonDocument::Compact));
+    }
+}
+
+void printObject(const QJsonObject& object, int indent)
+{
+    const QString pad(indent, QLatin1Char(' '));
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        if (it->isObject()) {
+            out() << pad << it.key() << "\n";
+            printObject(it->toObject(), indent + 2);
+        } else if (it->isArray() && !it->toArray().isEmpty() && it->toArray().first().isObject()) {
+            out() << pad << it.key() << "\n";
+            for (const QJsonValue& row : it->toArray()) {
+                QStringList cells;
+                const QJsonObject rowObject = row.toObject();
+                for (auto cell = rowObject.begin(); cell != rowObject.end(); ++cell)
+                    cells << cell.key() + QLatin1Char('=') + valueText(cell.value());
+                out() << pad << "  - " << cells.join(QStringLiteral(", ")) << "\n";
+            }
+        } else {
+            out() << pad << qSetFieldWidth(30 - indent) << Qt::left << it.key() << qSetFieldWidth(0)
+                  << " " << valueText(it.value()) << "\n";
+        }
+    }
+}
+}
+
+void printReport(const QJsonObject& report, bool json)
+{
+    if (json)
+        out() << QJsonDocument(report).toJson(QJsonDocument::Indented);
+    else
+        printObject(report, 0);
+}
+
+bool waitUntil(const std::function<bool()>& done, int timeoutMs)
+{
+    QDeadlineTimer deadline(timeoutMs);
+    while (!done()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+    return true;
+}
+
+int cmdStatus(CommandContext& context)
+{
+    DZuConfiguration* config = context.station.configuration();
+    const QJsonObject hidden = config->getConfigParameter(QStringLiteral("_hidden_")).toJsonObject();
+
+    QJsonArray relations;
+    for (const auto& relation : config->sequenceIoRelations()->list()) {
+        if (relation)
+            relations.append(relation->toJson());
+    }
+    QJsonArray plugins;
+    const QJsonObject pluginDefaults = hidden.value(QStringLiteral("pluginsDefConf")).toObject();
+    for (auto it = pluginDefaults.begin(); it != pluginDefaults.end(); ++it)
+        plugins.append(it.key());
+
+    const QJsonObject report {
+        { "station", context.station.directory() },
+        { "document", context.station.documentPath() },
+        { "general", QJsonObject {
+            { "system_name", config->systemName() },
+            { "workplace_name", config->workplaceName() },
+            { "production_line_name", config->prodLineName() },
+            { "inactivity_timeout", config->inactivityTimeout() },
+            { "sequenceWarningThreshold", config->sequenceWarningThreshold() },
+            { "forceAutoLogoutForAllUsers", config->forceAutoLogoutForAllUsers() },
+            { "sound_volume", config->getSoundVolume() },
+            { "hideProductionTimer", config->hideProductionTimer() },
+            { "operatorCannotSelectSequence", config->operatorCannotSelectSequence() },
+            { "lastModification", config->lastModification() } } },
+        { "regionalSettings", QJsonObject {
+            { "language", config->getCurrentLanguage() },
+            { "torque_unit", config->torqueUnit() },
+            { "weight_unit", config->weightUnit() },
+            { "distance_unit", config->distanceUnit() },
+            { "temperature_unit", config->temperatureUnit() },
+            { "region", config->currentRegion() },
+            { "city", config->currentCity() },
+            { "hourFormat", config->currentHourFormat() },
+            { "dateFormat", config->currentDateFormat() },
+            { "useDefaultNtp", config->useDefaultNtp() },
+            { "customNtp", config->customNtp() },
+            { "keyboard_input", config->getKeyboardInput() },
+            { "displayDate", config->displayDate() },
+            { "displaySeconds", config->displaySeconds() } } },
+        { "sequencer", QJsonObject {
+            { "sequenceAutoLaunch", config->sequenceAutoLaunch() },
+            { "sequenceAutoSerialNumber", config->sequenceAutoSerialNumber() },
+            { "sequenceIoLaunch", config->sequenceIoLaunch() },
+            { "sequenceScriptLaunch", config->sequenceScriptLaunch() },
+            { "sequenceStatusOutput", config->sequenceStatusOutput() },
+            { "sequenceScriptPath", config->storedSequenceScriptPath() },
+            { "sequenceScriptData", config->storedSequenceScriptData() },
+            { "sequenceIoRelations", relations } } },
+        { "comments", QJsonObject {
+            { "skip_comments", QJsonArray::fromStringList(config->skipComments()) },
+            { "rework_comments", QJsonArray::fromStringList(config->reworkComments()) } } },
+        { "templates", QJsonObject {
+            { "company_logo", config->companyLogo() },
+            { "company_address", config->companyAddress() },
+            { "report_footer", config->reportFooter() } } },
+        { "sync", QJsonObject {
+            { "interval_ms", config->syncIntervalMs() },
+            { "excluded_patterns", QJsonArray::fromStringList(config->syncExcludedPatterns()) } } },
+        { "validators", config->getConfigParameter(QStringLiteral("validators")).toJsonObject() },
+        { "plugins", plugins },
+        { "users", context.station.readDocument().value(QStringLiteral("users")).toArray().size() },
+    };
+    printReport(report, context.json);
+    return 0;
+}
+
+int cmdPaths(CommandContext& context)
+{
+    Directories* directories = context.station.configuration()->directories();
+    QJsonObject report;
+    for (const char* role : { "sequences", "results", "pdfResults", "templates", "toolBackups", "media",
+                                 "certificates", "scripts" }) {
+        report.insert(role, QJsonObject {
+            { "local", directories->getLocalFolderPathByRole(role) },
+            { "secured", directories->getSecuredFolderPathByRole(role) } });
+    }
+    printReport(report, context.json);
+    return 0;
+}
+
+int cmdSync(CommandContext& context)
+{
+    Directories* directories = context.station.configuration()->directories();
+    DSyncManager* manager = directories->syncManager();
+    if (!manager) {
+        err() << "station-config: no sync manager on this station (editor-only installation)\n";
+        return 1;
+    }
+
+    if (context.parser.isSet(QStringLiteral("reset"))) {
+        int outcome = -1;
+        QObject::connect(directories, &Directories::syncDatabaseResetDone, [&outcome](bool ok) { outcome = ok ? 1 : 0; });
+        directories->resetSyncDatabase();
+        if (!waitUntil([&outcome] { return outcome >= 0; }, 360000)) {
+            err() << "station-config: the reset did not report\n";
+            return 1;
+        }
+        printReport(QJsonObject { { "reset", outcome == 1 } }, context.json);
+        return outcome == 1 ? 0 : 1;
+    }
+
+    if (context.parser.isSet(QStringLiteral("now"))) {
+        bool sawBusy = false;
+        QObject::connect(manager, &DSyncManager::idleChanged, [&sawBusy](bool idle) { if (!idle) sawBusy = true; });
+        manager->requestSync();
+        waitUntil([&] { return sawBusy || !manager->isIdle(); }, 2000);
+        if (!waitUntil([manager] { return manager->isIdle(); }, 600000)) {
+            err() << "station-config: the pass did not finish\n";
+            return 1;
+        }
+    }
+
+    QJsonArray mirrors;
+    for (const QString& role : Directories::c_synchronizedRoles) {
+        const QString local = directories->getLocalFolderPathByRole(role);
+        const QString alias = manager->getLocalDirSynchronizedAlias(local);
+        mirrors.append(QJsonObject { { "role", role }, { "local", local }, { "alias", alias },
+                                     { "target", directories->foldersRoles().value(role) } });
+    }
+    const QJsonObject report {
+        { "paused", manager->isPausedAll() },
+        { "idle", manager->isIdle() },
+        { "intervalMs", manager->intervalMs() },
+        { "excludedPatterns", QJsonArray::fromStringList(manager->excludedPatterns()) },
+        { "hasSynchronizedDistantFolder", directories->hasSynchronizedDistantFolder() },
+        { "mirrors", mirrors },
+    };
+    printReport(report, context.json);
+    return 0;
+}
+
+int cmdTimezones(CommandContext& context)
+{
+    DZuConfiguration* config = context.station.configuration();
+    QStringList names;
+    if (context.arguments.isEmpty()) {
+        names = config->regions();
+    } else {
+        const QString region = context.arguments.first();
+        if (!config->regions().contains(region)) {
+            err() << "station-config: unknown region " << region << "\n";
+            return 1;
+        }
+        // Only the displayed region changes; the system time zone is left alone.
+        const QString previous = config->currentRegion();
+        config->setCurrentRegion(region);
+        names = config->cities();
+        config->setCurrentRegion(previous);
+    }
+    if (context.json)
+        out() << QJsonDocument(QJsonArray::fromStringList(names)).toJson(QJsonDocument::Indented);
+    else
+        out() << names.join(QLatin1Char('\n')) << "\n";
+    return 0;
+}
+
+int cmdTemplates(CommandContext& context)
+{
+    const QStringList templates = context.station.configuration()->directories()->templatesList();
+    if (context.json)
+        out() << QJsonDocument(QJsonArray::fromStringList(templates)).toJson(QJsonDocument::Indented);
+    else if (!templates.isEmpty())
+        out() << templates.join(QLatin1Char('\n')) << "\n";
+    return 0;
+}
+
+int cmdStorage(CommandContext& context)
+{
+    qint64 total = 0;
+    qint64 available = 0;
+    if (!Directories::getStorageSize(total, available)) {
+        err() << "station-config: the internal storage size is not available\n";
+        return 1;
+    }
+    printReport(QJsonObject { { "path", PreConfiguration::getInternalStorageDirectoryPath() },
+                              { "totalBytes", double(total) }, { "availableBytes", double(available) } },
+                context.json);
+    return 0;
+}
+
+int cmdApplyUpdate(CommandContext& context)
+{
+    if (context.arguments.size() != 1) {
+        err() << "usage: station-config apply-update ZIP\n";
+        return 2;
+    }
+    const QString package = QFileInfo(context.arguments.first()).absoluteFilePath();
+    if (!QFileInfo(package).isFile()) {
+        err() << "station-config: no such file " << package << "\n";
+        return 1;
+    }
+    QString error;
+    // Start-up consumes the package from the system update folder: place a copy there.
+    if (!PreConfiguration::load(context.station.directory() + QStringLiteral("/preconfiguration.json"))) {
+        err() << "station-config: cannot load the pre-configuration\n";
+        return 1;
+    }
+    const QString updateFolder = PreConfiguration::getParameter(QStringLiteral("systemUpdateFolder")).toString();
+    const QString target = PreConfiguration::backupConfigFilePath(updateFolder);
+    QDir().mkpath(updateFolder);
+    QFile::remove(target);
+    if (!QFile::copy(package, target)) {
+        err() << "station-config: cannot copy the package to " << target << "\n";
+        return 1;
+    }
+    if (!context.station.open(false, error)) {
+        err() << "station-config: " << error << "\n";
+        return 1;
+    }
+    const bool consumed = !QFileInfo::exists(target);
+    printReport(QJsonObject { { "package", package }, { "applied", consumed },
+                              { "document", context.station.documentPath() } },
+                context.json);
+    return consumed ? 0 : 1;
+}
+
+int cmdTestShare(CommandContext& context)
+{
+    if (context.arguments.size() != 2) {
+        err() << "usage: station-config test-share ADDRESS SHARE-PATH --user U [--domain D] < password\n";
+        return 2;
+    }
+    QTextStream input(stdin);
+    const QString password = input.readLine();
+
+    Directories* directories = context.station.configuration()->directories();
+    bool finished = false;
+    bool success = false;
+    QString message;
+    QObject::connect(directories, &Directories::testConnectionResult, [&](bool ok, const QString& text) {
+        finished = true;
+        success = ok;
+        message = text;
+    });
+    directories->testFolderConnection(context.arguments.at(0), context.parser.value(QStringLiteral("domain")),
+                                      context.parser.value(QStringLiteral("user")), password, context.arguments.at(1));
+    if (!waitUntil([&finished] { return finished; }, 30000)) {
+        err() << "station-config: the test did not report\n";
+        return 1;
+    }
+    printReport(QJsonObject { { "success", success }, { "message", message } }, context.json);
+    return success ? 0 : 1;
+}

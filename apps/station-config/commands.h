@@ -1,0 +1,36 @@
+#pragma once
+#include <QJsonObject>
+#include <QStringList>
+#include <QTextStream>
+
+#include <functional>
+
+class QCommandLineParser;
+class Station;
+
+// One sub-command of station-config. Returns the process exit code.
+struct CommandContext {
+    Station& station;
+    QStringList arguments;        // positional arguments after the command name
+    const QCommandLineParser& parser;
+    bool json = false;
+};
+
+QTextStream& out();
+QTextStream& err();
+// Prints a JSON object either as indented JSON or as "section / key value" lines.
+void printReport(const QJsonObject& report, bool json);
+// Runs the event loop until `done()` is true or `timeoutMs` passed; false on time-out.
+bool waitUntil(const std::function<bool()>& done, int timeoutMs);
+
+int cmdStatus(CommandContext& context);
+int cmdPaths(CommandContext& context);
+int cmdSync(CommandContext& context);
+int cmdTimezones(CommandContext& context);
+int cmdTemplates(CommandContext& context);
+int cmdStorage(CommandContext& context);
+int cmdApplyUpdate(CommandContext& context);
+int cmdTestShare(CommandContext& context);
+int cmdFolders(CommandContext& context);
+int cmdGet(CommandContext& context);
+int cmdSet(CommandContext& context);

@@ -1,0 +1,93 @@
+#include "commands.h"
+
+#include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSet>
+
+#include "d_zu_configuration.h"
+#include "directories.h"
+#include "folder.h"
+#include "station.h"
+
+namespace {
+// A network folder has settled once it is available or its share manager gave up.
+bool networkFoldersSettled(Directories* directories, const QSet<QString>& failedPermanently)
+{
+    for (const auto& folder : directories->folders()->list()) {
+        if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
+            && !folder->isAvailable() && !failedPermanently.contains(folder->aliasName()))
+            return false;
+    }
+    return true;
+}
+}
+
+int cmdFolders(CommandContext& context)
+{
+    Directories* directories = context.station.configuration()->directories();
+
+    QSet<QString> failedPermanently;
+    QMap<QString, QString> lastError;
+    QMap<QString, QString> lastState;
+    QObject::connect(directories, &Directories::networkFolderConnectionError,
+                     [&](const QString& alias, const QString& message, bool isPermanent) {
+                         lastError[alias] = message;
+                         if (isPermanent)
+                             failedPermanently.insert(alias);
+                     });
+    for (const auto& folder : directories->folders()->list()) {
+        if (folder)
+            QObject::connect(folder.data(), &Folder::folderStatusChanged,
+                             [&lastState](const QString& alias, const QVariantMap& status) {
+                                 lastState[alias] = status.value(QStringLiteral("state")).toString();
+                             });
+    }
+
+    const int waitSeconds = context.parser.value(QStringLiteral("wait")).toInt();
+    if (waitSeconds > 0)
+        waitUntil([&] { return networkFoldersSettled(directories, failedPermanently); }, waitSeconds * 1000);
+
+    QJsonArray rows;
+    for (const auto& folder : directories->folders()->list()) {
+        if (!folder)
+            continue;
+        QJsonObject row {
+            { "id", folder->id() },
+            { "type", folder->type() },
+            { "alias", folder->aliasName() },
+            { "displayPath", folder->displayPath() },
+            { "role", directories->getRoleOfFolder(folder->id()) },
+            { "enabled", folder->isEnabled() },
+            { "available", folder->isAvailable() },
+        };
+        if (lastState.contains(folder->aliasName()))
+            row.insert(QStringLiteral("state"), lastState.value(folder->aliasName()));
+        if (lastError.contains(folder->aliasName()))
+            row.insert(QStringLiteral("error"), lastError.value(folder->aliasName()));
+        rows.append(row);
+    }
+
+    if (context.json) {
+        out() << QJsonDocument(rows).toJson(QJsonDocument::Indented);
+        return 0;
+    }
+    const QString format = QStringLiteral("%1  %2  %3  %4  %5  %6  %7\n");
+    out() << format.arg(QStringLiteral("ID"), -38).arg(QStringLiteral("TYPE"), -8).arg(QStringLiteral("ALIAS"), -16)
+                 .arg(QStringLiteral("PATH"), -40).arg(QStringLiteral("ROLE"), -11).arg(QStringLiteral("ENABLED"), -7)
+                 .arg(QStringLiteral("AVAILABLE"));
+    for (const QJsonValue& value : rows) {
+        const QJsonObject row = value.toObject();
+        QString available = row.value("available").toBool() ? QStringLiteral("yes") : QStringLiteral("no");
+        if (row.contains("error"))
+            available += QStringLiteral(" (") + row.value("error").toString() + QLatin1Char(')');
+        else if (row.contains("state") && !row.value("available").toBool())
+            available += QStringLiteral(" (") + row.value("state").toString() + QLatin1Char(')');
+        out() << format.arg(row.value("id").toString(), -38).arg(row.value("type").toString(), -8)
+                     .arg(row.value("alias").toString(), -16).arg(row.value("displayPath").toString(), -40)
+                     .arg(row.value("role").toString(), -11)
+                     .arg(row.value("enabled").toBool() ? QStringLiteral("yes") : QStringLiteral("no"), -7)
+                     .arg(available);
+    }
+    return 0;
+}
