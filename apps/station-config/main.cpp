@@ -51,8 +51,8 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("station-config"));
 
     QTranslator catalogue;
-    if (catalogue.load(QStringLiteral("station_en"), QCoreApplication::applicationDirPath() + QStringLiteral("/../translations"))
-        || catalogue.load(QStringLiteral("station_en"), QCoreApplication::applicationDirPath() + QStringLiteral("/../share/station/translations")))
+    if (catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_BUILD_CATALOGUE_DIR))
+        || catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_INSTALLED_CATALOGUE_DIR)))
         QCoreApplication::installTranslator(&catalogue);
 
     QCommandLineParser parser;
