@@ -269,6 +269,18 @@ public:
     Q_INVOKABLE void editSequenceIoRelation(int index, int binaryCode, const QString& sequenceBaseName);
     Q_INVOKABLE void removeSequenceIoRelation(int index);
 
+    // --- Regional seams (tests point them at stand-ins; production keeps the defaults) ----
+    // Program run with "set-timezone" and the identifier by setRegion (default "timedatectl").
+    static void setTimeZoneCommand(const QString& program);
+    static QString timeZoneCommand();
+    // Compositor file rewritten by setKeyMapLayout (default "/etc/xdg/weston/weston.ini").
+    static void setCompositorConfigPath(const QString& path);
+    static QString compositorConfigPath();
+    // Reads a time-zone table of "N;Region/City" lines into region -> cities and identifier -> N.
+    // False, both maps untouched, when the file cannot be opened.
+    static bool loadTimeZoneTable(const QString& path, QMap<QString, QStringList>& table,
+                                  QMap<QString, int>& index);
+
 signals:
     void sigConfigurationChanged();
     void sigSequenceRelationChanged();
