@@ -38,13 +38,16 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
     if (busy) {
         m_testInProgress = wasInProgress;
         emit testInProgressChanged();
+        //% "The previous test is still cleaning up; try again in a moment"
         emit testConnectionResult(false, qtTrId("Directories_Previous_test_still_cleaning_up"));
         return;
     }
 
-    // An interrupted test may have left its (empty) mount point behind.
-    const QString orphanPath = QDir(getMountingStorageDirectoryPath()).filePath(C_testFolderName);
-    if (QFileInfo::exists(orphanPath) && !QDir().rmdir(orphanPath)) {
+    // An interrupted test may have left its (empty) mount point behind. Without a mount
+    // root there is nothing to look at (the name would resolve in the working directory).
+    const QString mountRoot = getMountingStorageDirectoryPath();
+    const QString orphanPath = QDir(mountRoot).filePath(C_testFolderName);
+    if (!mountRoot.isEmpty() && QFileInfo::exists(orphanPath) && !QDir().rmdir(orphanPath)) {
         LogLine::critical(this, C_sourceFile, __LINE__,
                           QStringLiteral("[Directories] WARNING: Could not remove orphaned test directory:"),
                           orphanPath + QStringLiteral(" - it may not be empty. Manual cleanup required."));
@@ -56,6 +59,7 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("ERROR: Failed to create test folder"));
         m_testInProgress = false;
         emit testInProgressChanged();
+        //% "Failed to create the test folder"
         emit testConnectionResult(false, qtTrId("Directories_Failed_to_create_test_folder"));
         return;
     }
@@ -71,6 +75,7 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
     connect(m_testFolder.data(), &Folder::folderConnectionFailed, this,
             [this](const QString&, const QString& errorMessage, bool) {
                 m_testResult = false;
+                //% "Connection failed: %1"
                 m_testMessage = qtTrId("Directories_Connection_failed").arg(errorMessage);
                 cleanupTestFolder();
             });
@@ -79,6 +84,7 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
     m_testTimerConnection = connect(&m_testTimer, &QTimer::timeout, this, [this]() {
         if (!m_testFolder.isNull() && m_testInProgress) {
             m_testResult = false;
+            //% "Connection timed out"
             m_testMessage = qtTrId("Directories_Connection_timeout");
             cleanupTestFolder();
         }
@@ -97,6 +103,7 @@ void Directories::testFileOperations()
 {
     if (m_testFolder.isNull()) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] No test folder available"));
+        //% "Internal error: the test folder disappeared"
         setTestResult(false, qtTrId("Directories_Internal_error_test_folder_disappeared"));
         cleanupTestFolder();
         return;
@@ -106,6 +113,7 @@ void Directories::testFileOperations()
     if (mountPath.isEmpty() || !QFileInfo::exists(mountPath)) {
         LogLine::critical(this, C_sourceFile, __LINE__,
                           QStringLiteral("[testFileOperations] Mount point not available:"), mountPath);
+        //% "The mount point is not accessible"
         setTestResult(false, qtTrId("Directories_Mount_point_not_accessible"));
         cleanupTestFolder();
         return;
@@ -115,6 +123,7 @@ void Directories::testFileOperations()
     const QString content = C_probeContentPrefix + QDateTime::currentDateTime().toString(Qt::ISODate);
 
     if (!probe.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+        //% "Cannot write to the share: %1"
         setTestResult(false, qtTrId("Directories_Cannot_write_to_share").arg(probe.errorString()));
         cleanupTestFolder();
         return;
@@ -128,6 +137,7 @@ void Directories::testFileOperations()
     if (!probe.open(QIODevice::ReadOnly | QIODevice::Text)) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Failed to read test file:"),
                           probe.errorString());
+        //% "Cannot read from the share: %1"
         setTestResult(false, qtTrId("Directories_Cannot_read_from_share").arg(probe.errorString()));
         cleanupTestFolder();
         return;
@@ -142,6 +152,7 @@ void Directories::testFileOperations()
     // On a mismatch the probe file stays where it is, as after a failed read.
     if (readBack != content) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Content mismatch"));
+        //% "Data verification failed: the file read back differs from the file written"
         setTestResult(false, qtTrId("Directories_Data_verification_failed"));
         cleanupTestFolder();
         return;
@@ -150,11 +161,13 @@ void Directories::testFileOperations()
     if (!probe.remove()) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Failed to delete test file:"),
                           probe.errorString());
+        //% "Cannot delete from the share: %1"
         setTestResult(false, qtTrId("Directories_Cannot_delete_from_share").arg(probe.errorString()));
         cleanupTestFolder();
         return;
     }
 
+    //% "Connection successful"
     setTestResult(true, qtTrId("Directories_Connection_successful"));
     cleanupTestFolder();
 }
