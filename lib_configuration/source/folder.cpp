@@ -395,7 +395,7 @@ void Folder::updateAvailability()
             LogLine::debug(this, C_sourceFile, __LINE__,
                            QStringLiteral("[Folder] Folder %1 is mounted but path not found:").arg(m_aliasName),
                            m_path);
-            //% "Mounted but path not found: %1"
+            //% "The share is mounted but the path %1 was not found"
             emit folderConnectionFailed(m_aliasName, qtTrId("Folder_Mounted_but_path_not_found__1").arg(m_path),
                                         false);
         }
@@ -467,7 +467,7 @@ void Folder::sltPermanentMountFailure(QString reason)
     LogLine::critical(this, C_sourceFile, __LINE__,
                       QStringLiteral("[Folder] Permanent mount failure for %1 :").arg(m_aliasName), reason);
     // The manager is kept: retryConnection may still succeed.
-    //% "Unable to mount %1 (%2). Please check network configuration."
+    //% "Unable to mount %1 (%2). Please check the network configuration."
     emit folderConnectionFailed(
         m_aliasName, qtTrId("Folder_Unable_to_mount__1___2__Please_check_network_configuration").arg(m_aliasName, reason),
         true);

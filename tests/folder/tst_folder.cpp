@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTranslator>
@@ -76,6 +78,7 @@ private Q_SLOTS:
     void availableRolesModel_data();
     void availableRolesModel();
     void internalFolderCreatesItsDirectory();
+    void qmlRegistration();
 
     void removableFolderSignalsOnceAndPolls();
     void removableConnectedTwiceChecksOnce();
@@ -397,6 +400,31 @@ void TestFolder::internalFolderCreatesItsDirectory()
     QVERIFY(log.contains(QStringLiteral("ERROR: Failure to make internal folder: ") + blocked->mountedPath()));
     QVERIFY(log.contains(QStringLiteral("lib_configuration/source/folder")));
     QVERIFY(!blocked->isAvailable());
+}
+
+void TestFolder::qmlRegistration()
+{
+    Folder::registerClass();
+    QQmlEngine engine;
+    QQmlComponent reader(&engine);
+    reader.setData("import QtQml 2.15\nimport App 1.0\nQtObject {\n"
+                   "  property string key: FolderAlias.C_modelKeyName\n"
+                   "  property int types: FolderAlias.typesModel.length\n"
+                   "  property string role: FolderAlias.rolesModel[6].id\n"
+                   "  property int network: Folder.CeFtNetwork\n}",
+                   QUrl());
+    QScopedPointer<QObject> object(reader.create());
+    QVERIFY2(object, qPrintable(reader.errorString()));
+    QCOMPARE(object->property("key").toString(), QStringLiteral("name"));
+    QCOMPARE(object->property("types").toInt(), 3);
+    QCOMPARE(object->property("role").toString(), QStringLiteral("media"));
+    QCOMPARE(object->property("network").toInt(), 3);
+
+    QQmlComponent creator(&engine);
+    creator.setData("import App 1.0\nFolder {}", QUrl());
+    QScopedPointer<QObject> folder(creator.create());
+    QVERIFY(!folder);
+    QVERIFY2(creator.errorString().contains(QStringLiteral("interface")), qPrintable(creator.errorString()));
 }
 
 namespace {
