@@ -38,6 +38,7 @@ class TestDZuConfiguration : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
+    void initTestCase();
     void loadProperty_data();
     void loadProperty();
     void loadRelationsUnitsAndValidators();
@@ -78,6 +79,12 @@ private Q_SLOTS:
 
     void restartFindsEverythingBack();
 };
+
+void TestDZuConfiguration::initTestCase()
+{
+    // Applying a region never changes this machine's time zone.
+    DZuConfiguration::setTimeZoneCommand(QStringLiteral("true"));
+}
 
 // --- Load ------------------------------------------------------------------------------------
 
