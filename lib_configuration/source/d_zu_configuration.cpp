@@ -18,7 +18,7 @@
 #include <QLocale>
 #include <QQmlContext>
 #include <QUuid>
-#include <QtQml>
+#include <QtQml/qqml.h>
 
 #include <cmath>
 #include <limits>
