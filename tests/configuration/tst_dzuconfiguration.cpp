@@ -78,6 +78,7 @@ private Q_SLOTS:
     void saveToUnwritableFileFails();
 
     void restartFindsEverythingBack();
+    void demoStationDocumentLoads();
 };
 
 void TestDZuConfiguration::initTestCase()
@@ -844,6 +845,39 @@ void TestDZuConfiguration::restartFindsEverythingBack()
     // Not carried over by the save: the UTC offset.
     QCOMPARE(config->dateTime()->utcOffset(), 0);
     QCOMPARE(config->systemName(), QString("Orvanel Tamsic"));
+}
+
+// The shipped demo document uses every section; it must load cleanly and keep its values.
+void TestDZuConfiguration::demoStationDocumentLoads()
+{
+    TestStation station;
+    const QString demoConfig = QStringLiteral(STATION_DEMO_DIR "/config");
+    QVERIFY(QFile::remove(station.filePath()));
+    QVERIFY(QFile::copy(demoConfig + "/settings.json", station.filePath()));
+    const QString plugin = "plugins/3f2b8c1e-6d4a-4e2b-9a57-1c0d8e7f6a21";
+    QVERIFY(QDir().mkpath(station.configDir() + '/' + plugin));
+    QVERIFY(QDir().mkpath(station.configDir() + "/plugins/legacy"));
+    QVERIFY(QFile::copy(demoConfig + '/' + plugin + "/config_plugin.json",
+                        station.configDir() + '/' + plugin + "/config_plugin.json"));
+
+    LogCapture log;
+    auto config = station.create();
+    const QStringList errors = log.matching(QString::fromLatin1(C_sourceTag)).filter("ERROR");
+    QVERIFY2(errors.isEmpty(), qPrintable(errors.join('\n')));
+    QCOMPARE(config->workplaceName(), QString("Station 12 - Gearbox housing"));
+    QCOMPARE(config->sequenceIoRelations()->count(), 3);
+    QCOMPARE(config->skipComments().size(), 3);
+    QCOMPARE(config->syncIntervalMs(), 60000);
+    QCOMPARE(config->dateTime()->utcOffset(), 1);
+    QCOMPARE(at(config->mainConfiguration(), "_hidden_.pluginsDefConf").toObject().keys(),
+             QStringList{"3f2b8c1e-6d4a-4e2b-9a57-1c0d8e7f6a21"});
+    QCOMPARE(KeyboardManagement::instance()->getCurrentKeyboardLayoutCode(), QString("fr"));
+
+    auto accessControl = std::make_unique<AccessControlManager>();
+    auto withUsers = station.create(accessControl.get());
+    withUsers->loadUsers();
+    QCOMPARE(accessControl->users().size(), 3);
+    QCOMPARE(accessControl->users().first().expiry, QDate(2030, 12, 31));
 }
 
 QTEST_GUILESS_MAIN(TestDZuConfiguration)
