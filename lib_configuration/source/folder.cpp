@@ -75,6 +75,8 @@ Folder::~Folder()
 {
     m_availabilityTimer.stop();
     if (m_shareManager) {
+        // A folder on its way out reports nothing more.
+        disconnect(m_shareManager, nullptr, this, nullptr);
         m_shareManager->umountWindowsShare();
         m_shareManager->deleteLater();
     }

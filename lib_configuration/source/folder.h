@@ -122,6 +122,9 @@ public:
     bool update(const QString& type, const QString& aliasName, const QString& path, const QString& domain,
                 const QString& address, const QString& identifier, const QString& password, bool enabled,
                 bool passwordEncrypted);
+    // Prepares the folder for its type: creates an internal directory, checks a removable one,
+    // starts the share manager of an enabled network share. Refuses (logged, false) when the
+    // type's storage root is not configured, rather than work at the file-system root.
     bool make();
     void setPollingInterval(int pollingInterval);
     int pollingInterval() const { return m_pollingInterval; }
