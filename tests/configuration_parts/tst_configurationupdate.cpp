@@ -70,6 +70,7 @@ private Q_SLOTS:
     void package_data();
     void package();
     void missingPackageOnlyLogs();
+    void temporaryDirectoryFailureKeepsPackage();
     void unreadablePackageIsKeptForNextStart_data();
     void unreadablePackageIsKeptForNextStart();
     void entriesCannotEscapeTheExtractionDirectory();
@@ -181,6 +182,23 @@ void TestConfigurationUpdate::missingPackageOnlyLogs()
 
     QCOMPARE(log.count("ERROR: Configuration file not found: " + packagePath()), 1);
     QCOMPARE(namesIn(tempRoot()), QString());
+    QCOMPARE(namesIn(configDir()), QString("settings.json"));
+}
+
+void TestConfigurationUpdate::temporaryDirectoryFailureKeepsPackage()
+{
+    // A temporary path below a plain file cannot be created, whoever runs the test.
+    QVERIFY(writeFile(m_root->filePath("plain"), "file"));
+    qputenv("TMPDIR", m_root->filePath("plain").toUtf8());
+    QVERIFY(buildArchive(packagePath(), {{"elements.json", C_elements}}));
+    LogCapture log;
+
+    DZuConfiguration::processConfigurationUpdate(packagePath(), configDir());
+
+    const QStringList lines = log.matching("ERROR: Unable to create temporary directory: " + m_root->filePath("plain/{"));
+    QCOMPARE(lines.size(), 1);
+    QCOMPARE(log.lines().size(), 1);
+    QVERIFY(QFile::exists(packagePath()));
     QCOMPARE(namesIn(configDir()), QString("settings.json"));
 }
 
