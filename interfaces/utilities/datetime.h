@@ -4,7 +4,8 @@
 #include <QTimer>
 
 // Clock display object for QML ("dateTime"): current date and time texts, refreshed each
-// second while something is connected to their change signal.
+// second while something is connected to their change signal. Texts are the UTC time shifted by
+// the offset (-12 to 14 hours; others are refused): "dd/MM/yyyy", "HH:mm:ss" or "hh:mm:ss AP".
 class DateTime : public QObject
 {
     Q_OBJECT

@@ -4,10 +4,13 @@
 
 // Process-wide table of station pre-configuration parameters, loaded from the station's
 // pre-configuration file (a JSON object). Relative path values are resolved against the
-// directory of that file when loaded.
+// directory of that file when loaded: a string parameter whose name ends in "Path" (such as
+// "configDirPath", "syncDatabaseFilePath") and whose value is a relative path becomes absolute.
 class PreConfiguration
 {
 public:
+    // Replaces the table; false (and the table left as it was) when the file is missing or
+    // does not hold a JSON object.
     static bool load(const QString& filePath);
     static QVariant getParameter(const QString& name);
     static void setParameter(const QString& name, const QVariant& value);

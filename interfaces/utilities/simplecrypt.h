@@ -5,7 +5,7 @@
 // Obfuscation of stored texts (share passwords), not encryption: anyone with the key reads
 // them. Stored form: the SimpleCrypt version-3 format (Base64 of version byte 3, flags byte,
 // then the XOR-chained payload of a random byte, an optional checksum and optionally
-// qCompress-ed UTF-8 text).
+// qCompress-ed UTF-8 text). An empty text encrypts to an empty text.
 class SimpleCrypt
 {
 public:

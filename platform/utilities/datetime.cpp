@@ -13,6 +13,7 @@ const int C_maxUtcOffset = 14;
 
 DateTime::DateTime(QObject* parent)
     : QObject(parent)
+    , m_timer(this)
 {
     m_timer.setInterval(1000);
     connect(&m_timer, &QTimer::timeout, this, &DateTime::tick);
@@ -64,10 +65,10 @@ void DateTime::connectNotify(const QMetaMethod& signal)
     if (signal != QMetaMethod::fromSignal(&DateTime::tick))
         return;
     // Connections may be made from any thread; the timer lives in ours.
-    QMetaObject::invokeMethod(this, [this] {
-        if (!m_timer.isActive() && isSignalConnected(QMetaMethod::fromSignal(&DateTime::tick)))
-            m_timer.start();
-    }, QThread::currentThread() == thread() ? Qt::DirectConnection : Qt::QueuedConnection);
+    if (QThread::currentThread() == thread())
+        m_timer.start();
+    else
+        QMetaObject::invokeMethod(&m_timer, qOverload<>(&QTimer::start), Qt::QueuedConnection);
 }
 
 void DateTime::disconnectNotify(const QMetaMethod& signal)
@@ -75,8 +76,9 @@ void DateTime::disconnectNotify(const QMetaMethod& signal)
     // An invalid method means "everything was disconnected".
     if (signal.isValid() && signal != QMetaMethod::fromSignal(&DateTime::tick))
         return;
+    // Called with the object's connection lock held: look at the remaining connections later.
     QMetaObject::invokeMethod(this, [this] {
         if (!isSignalConnected(QMetaMethod::fromSignal(&DateTime::tick)))
             m_timer.stop();
-    }, QThread::currentThread() == thread() ? Qt::DirectConnection : Qt::QueuedConnection);
+    }, Qt::QueuedConnection);
 }
