@@ -84,6 +84,8 @@ void TestSimpleCrypt::decryptsPinnedTexts_data()
         << QString::fromUtf8("P\xc3\xa4ssw\xc3\xb6rd\xe2\x82\xac \xe6\x97\xa5\xe6\x9c\xac");
     QTest::newRow("compressed text")
         << QStringLiteral("AwP3CLii/EU2SWXMrv2P/+AojSd1y6EYBznx2g==") << QStringLiteral("station ").repeated(20);
+    QTest::newRow("SHA-1 protection of older writers") << QStringLiteral("AwRvCK1NCBLfFfmTkP9reOykaIz/4EqANlLWMQk=") << QStringLiteral("secret");
+    QTest::newRow("no protection at all") << QStringLiteral("AwDmFz5Ha7cQ") << QStringLiteral("secret");
 }
 
 void TestSimpleCrypt::decryptsPinnedTexts()
