@@ -10,6 +10,25 @@
 // replaced, and local deletions are not propagated.
 // The operations the configuration library calls are virtual so that another
 // implementation (or a test double) can stand in.
+//
+// Choices of this implementation:
+// - The constructor only stores its arguments: the worker thread and the timer start with the
+//   first addDirectory() or requestSync(), the database is opened only for a pass.
+// - intervalMs <= 0 disables periodic passes (passes then run on requestSync() only).
+// - A file is copied when its size or modification time differ from the record of its last
+//   copy; it reaches the distant side under a hidden temporary name (".dsync-*.part") in the
+//   target directory and is renamed into place, with the local modification time.
+// - A distant file without a record is compared by content: identical, it is only recorded;
+//   different, it goes to the trash like a distant file changed behind the manager's back.
+// - Trash layout: <trash>/<alias>/<relative directory>/<base>.<yyyyMMdd-HHmmss-zzz>[-n].<suffix>.
+//   A file that cannot be trashed is not replaced (error signalled).
+// - Regular files only: symbolic links and empty directories are not mirrored.
+// - A distant root that does not exist is reported as unreachable and never created.
+// - Aliases are available until setDirectoryAvailability(alias, false); the flag is kept for
+//   aliases not (yet) registered.
+// - requestSync() during a pass queues one more pass; while paused it is remembered and run by
+//   resumeAll(). Timer ticks during a pass are dropped.
+// - idleChanged() is emitted on the manager's own thread, after the per-file signals of the pass.
 class DSyncManager : public QObject
 {
     Q_OBJECT
@@ -35,6 +54,9 @@ public:
     int intervalMs() const;
     QStringList excludedPatterns() const;
     QStringList aliases() const;
+
+    // Blocks (running the caller's event loop) until no pass runs; false on timeout. For tools and tests.
+    bool waitForIdle(int timeoutMs);
 
 signals:
     void idleChanged(bool idle);

@@ -1,0 +1,145 @@
+#include "dsyncdatabase_p.h"
+
+#include "utilities/logline.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace {
+const char* const C_sourceFile = "platform/sync/dsyncdatabase";
+// Writes grouped in one transaction; a crash loses at most this many records (the files are
+// then compared by content on the next pass, nothing is lost).
+const int C_writesPerTransaction = 500;
+}
+
+DSyncDatabase::DSyncDatabase(const QString& connectionName)
+    : m_connectionName(connectionName)
+{
+}
+
+DSyncDatabase::~DSyncDatabase()
+{
+    close();
+}
+
+bool DSyncDatabase::open(const QString& filePath)
+{
+    close();
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+        db.setDatabaseName(filePath);
+        if (!db.open()) {
+            m_lastError = db.lastError().text();
+            LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot open the sync database"),
+                              filePath + QStringLiteral(": ") + m_lastError);
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(m_connectionName);
+            return false;
+        }
+    }
+    if (!exec(QStringLiteral("CREATE TABLE IF NOT EXISTS files ("
+                             "alias TEXT NOT NULL, relative_path TEXT NOT NULL, distant_root TEXT NOT NULL, "
+                             "size INTEGER NOT NULL, modified INTEGER NOT NULL, "
+                             "distant_size INTEGER NOT NULL, distant_modified INTEGER NOT NULL, "
+                             "PRIMARY KEY (alias, relative_path))"))) {
+        close();
+        return false;
+    }
+    return true;
+}
+
+void DSyncDatabase::close()
+{
+    if (!QSqlDatabase::contains(m_connectionName))
+        return;
+    commit();
+    {
+        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+bool DSyncDatabase::exec(const QString& statement)
+{
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+    if (query.exec(statement))
+        return true;
+    m_lastError = query.lastError().text();
+    LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Sync database statement failed"), m_lastError);
+    return false;
+}
+
+bool DSyncDatabase::begin()
+{
+    if (m_inTransaction)
+        return true;
+    m_inTransaction = QSqlDatabase::database(m_connectionName, false).transaction();
+    m_pendingWrites = 0;
+    return m_inTransaction;
+}
+
+bool DSyncDatabase::commit()
+{
+    if (!m_inTransaction)
+        return true;
+    m_inTransaction = false;
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (db.commit())
+        return true;
+    m_lastError = db.lastError().text();
+    LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Sync database commit failed"), m_lastError);
+    return false;
+}
+
+QHash<QString, DSyncDatabase::Record> DSyncDatabase::records(const QString& alias)
+{
+    QHash<QString, Record> result;
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+    query.setForwardOnly(true);
+    query.prepare(QStringLiteral("SELECT relative_path, distant_root, size, modified, distant_size, distant_modified "
+                                 "FROM files WHERE alias = ?"));
+    query.addBindValue(alias);
+    if (!query.exec()) {
+        m_lastError = query.lastError().text();
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot read the sync records"), m_lastError);
+        return result;
+    }
+    while (query.next()) {
+        Record record;
+        record.distantRoot = query.value(1).toString();
+        record.size = query.value(2).toLongLong();
+        record.modified = query.value(3).toLongLong();
+        record.distantSize = query.value(4).toLongLong();
+        record.distantModified = query.value(5).toLongLong();
+        result.insert(query.value(0).toString(), record);
+    }
+    return result;
+}
+
+bool DSyncDatabase::store(const QString& alias, const QString& relativePath, const Record& record)
+{
+    begin();
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+    query.prepare(QStringLiteral("INSERT OR REPLACE INTO files "
+                                 "(alias, relative_path, distant_root, size, modified, distant_size, distant_modified) "
+                                 "VALUES (?, ?, ?, ?, ?, ?, ?)"));
+    query.addBindValue(alias);
+    query.addBindValue(relativePath);
+    query.addBindValue(record.distantRoot);
+    query.addBindValue(record.size);
+    query.addBindValue(record.modified);
+    query.addBindValue(record.distantSize);
+    query.addBindValue(record.distantModified);
+    if (!query.exec()) {
+        m_lastError = query.lastError().text();
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot store a sync record"),
+                          relativePath + QStringLiteral(": ") + m_lastError);
+        return false;
+    }
+    if (++m_pendingWrites >= C_writesPerTransaction)
+        return commit();
+    return true;
+}

@@ -1,0 +1,42 @@
+#pragma once
+#include <QHash>
+#include <QString>
+
+// Bookkeeping of the copies a sync pass made, one SQLite connection of the calling thread.
+// Not thread-safe: open, use and close it on one thread.
+class DSyncDatabase
+{
+public:
+    struct Record
+    {
+        QString distantRoot;       // distant directory the copy was written to
+        qint64 size = -1;          // local file when it was copied
+        qint64 modified = -1;      // ms since the epoch, local
+        qint64 distantSize = -1;   // distant copy as written
+        qint64 distantModified = -1;
+    };
+
+    explicit DSyncDatabase(const QString& connectionName);
+    ~DSyncDatabase();
+    DSyncDatabase(const DSyncDatabase&) = delete;
+    DSyncDatabase& operator=(const DSyncDatabase&) = delete;
+
+    bool open(const QString& filePath);
+    void close();
+    QString lastError() const { return m_lastError; }
+
+    // Records of one alias, by path relative to its local directory.
+    QHash<QString, Record> records(const QString& alias);
+    bool store(const QString& alias, const QString& relativePath, const Record& record);
+    // Groups writes: one transaction per batch instead of one per file.
+    bool commit();
+
+private:
+    bool exec(const QString& statement);
+    bool begin();
+
+    QString m_connectionName;
+    QString m_lastError;
+    bool m_inTransaction = false;
+    int m_pendingWrites = 0;
+};
