@@ -31,7 +31,8 @@ QString refusalReason(const QString& entryPath)
         return QStringLiteral("empty name");
     if (entryPath.contains(QLatin1Char('\\')))
         return QStringLiteral("backslash in name");
-    if (entryPath.startsWith(QLatin1Char('/')) || (entryPath.size() > 1 && entryPath.at(1) == QLatin1Char(':')))
+    const bool hasDrive = entryPath.size() > 1 && entryPath.at(0).isLetter() && entryPath.at(1) == QLatin1Char(':');
+    if (entryPath.startsWith(QLatin1Char('/')) || hasDrive)
         return QStringLiteral("absolute path");
     const QStringList parts = entryPath.split(QLatin1Char('/'));
     if (parts.contains(QStringLiteral("..")))

@@ -199,6 +199,7 @@ void TestZip::refusesEntriesOutsideDestination_data()
     QTest::newRow("parent reference that stays inside is still refused")
         << QList<Entry>{ { Entry::File, "sub/../inside.txt", "x" } } << usual << 1;
     QTest::newRow("absolute path") << QList<Entry>{ { Entry::File, "@OUT@/abs.txt", "x" } } << usual << 1;
+    QTest::newRow("drive letter") << QList<Entry>{ { Entry::File, "C:/evil.txt", "x" } } << usual << 1;
     QTest::newRow("backslash separators") << QList<Entry>{ { Entry::File, "..\\evil.txt", "x" } } << usual << 1;
     QTest::newRow("link to a file outside")
         << QList<Entry>{ { Entry::Link, "passwd", "@OUT@/target.txt" } } << usual << 1;
