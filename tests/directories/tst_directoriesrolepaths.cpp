@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QSignalSpy>
+#include <QTranslator>
 #include <QtTest>
 
 #include "core/ddirectoriespaths.h"
@@ -15,12 +16,14 @@ class TestDirectoriesRolePaths : public QObject
     Q_OBJECT
 
 private:
+    QTranslator m_catalogue;
     std::unique_ptr<RegistryStation> m_station;
     std::unique_ptr<Directories> m_directories;
 
     void load(QJsonValue document) { m_directories->loadSettings(document); }
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -34,6 +37,12 @@ private slots:
     void securedPath();
     void refreshPublishesLoadAndSavePaths();
 };
+
+void TestDirectoriesRolePaths::initTestCase()
+{
+    QVERIFY(m_catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_CATALOGUE_DIR)));
+    QCoreApplication::installTranslator(&m_catalogue);
+}
 
 void TestDirectoriesRolePaths::init()
 {
