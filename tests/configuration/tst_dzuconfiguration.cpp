@@ -762,10 +762,17 @@ void TestDZuConfiguration::restartFindsEverythingBack()
         "comments": {"skip_comments": ["s"], "rework_comments": ["r"]},
         "sequencer": {"sequenceIoRelations": [{"binaryCode": 2, "sequenceBaseName": "front"}]},
         "sync": {"interval_ms": 5000, "excluded_patterns": ["*.tmp"]},
-        "logger": {"level": "warning"}, "paths": {"images": "pictures"}})"));
+        "logger": {"level": "warning"}, "paths": {"images": "pictures"},
+        "users": [{"name": "admin", "level": 3, "expiry": "31/12/2031"}],
+        "directories": {"folders": [{"id": "{5c1f7a2e-9b3d-4e86-a0f4-2d7c6b1e8a93}", "type": "internal",
+                                     "aliasName": "Archive", "path": "archive", "enabled": true}]}})"));
     const QStringList zone = QString::fromUtf8(QTimeZone::systemTimeZoneId()).split('/');
     {
-        auto config = station.create();
+        AccessControlManager accessControl;
+        auto config = station.create(&accessControl);
+        config->loadUsers();
+        config->loadDirectories();
+        QCOMPARE(accessControl.users().size(), 1);
         QCOMPARE(config->dateTime()->utcOffset(), 3);
         config->setWorkplaceName("Station 4");
         config->setProdLineName("Line D");
@@ -795,14 +802,23 @@ void TestDZuConfiguration::restartFindsEverythingBack()
         config->setSequenceStatusOutput("OUT_2");
         QVERIFY(KeyboardManagement::instance()->setCurrentKeyboardLayoutCode("it", false));
         QVERIFY(LanguagesManagement::instance()->setCurrentLanguageCode("fr_FR"));
-        QJsonObject root = config->mainConfiguration();
+        // A fresh root: every section must come from the service and its collaborators.
+        QJsonObject root;
         QVERIFY(config->saveSettings(root));
     }
     // Something else in the process changes the shared singletons; the file must win.
     KeyboardManagement::instance()->setCurrentKeyboardLayoutCode("gb", false);
     LanguagesManagement::instance()->setCurrentLanguageCode("en_GB");
 
-    auto config = station.create();
+    AccessControlManager accessControl;
+    auto config = station.create(&accessControl);
+    config->loadUsers();
+    config->loadDirectories();
+    QCOMPARE(accessControl.users().size(), 1);
+    QCOMPARE(accessControl.users().first().expiry, QDate(2031, 12, 31));
+    bool found = false;
+    QVERIFY(config->directories()->getFolderByName("Archive", found));
+    QVERIFY(found);
     QCOMPARE(config->workplaceName(), QString("Station 4"));
     QCOMPARE(config->prodLineName(), QString("Line D"));
     QCOMPARE(config->inactivityTimeout(), 240);
