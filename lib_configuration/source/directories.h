@@ -80,6 +80,8 @@ public:
     static void registerClass();
 
     // --- Registry -------------------------------------------------------------------
+    // Both take the whole settings document and work on its "directories" object; load also
+    // accepts the section itself (a value with "folders" or "foldersRoles" keys).
     void loadSettings(QJsonValue& section);
     void saveSettings(QJsonObject& section);
     QSharedPointer<Folder> addNewFolderAlias(const QString& type, const QString& id, const QString& aliasName,
@@ -110,6 +112,7 @@ public:
     // --- Role paths -----------------------------------------------------------------
     QString getLocalFolderPathByRole(const QString& role) const;
     QString getSecuredFolderPathByRole(const QString& role) const;
+    // An empty pre-configuration value counts as no default: the role key is used.
     QString getDefaultRelativePathForRole(const QString& role) const;
     void refreshDirectoriesPaths();
     QSharedPointer<DDirectoriesPaths> directoriesPaths() const { return m_directoriesPaths; }
@@ -159,6 +162,7 @@ public:
     int computeResetSyncWatchdogMs() const;
     void performWipeAndResync();
 
+    // A new folder gets a UUID and, when enabled, joins the storage counters as a loaded one does.
     Q_INVOKABLE QString setFolderAlias(QString id, QString folderRole, QString folderType, QString aliasName,
                                        QString path, QString domain, QString address, QString identifier,
                                        QString password, bool enable);
