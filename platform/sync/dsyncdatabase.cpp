@@ -47,6 +47,14 @@ bool DSyncDatabase::open(const QString& filePath)
         close();
         return false;
     }
+    m_insert.reset(new QSqlQuery(QSqlDatabase::database(m_connectionName, false)));
+    if (!m_insert->prepare(QStringLiteral("INSERT OR REPLACE INTO files "
+                                          "(alias, relative_path, distant_root, size, modified, distant_size, distant_modified) "
+                                          "VALUES (?, ?, ?, ?, ?, ?, ?)"))) {
+        m_lastError = m_insert->lastError().text();
+        close();
+        return false;
+    }
     return true;
 }
 
@@ -55,6 +63,7 @@ void DSyncDatabase::close()
     if (!QSqlDatabase::contains(m_connectionName))
         return;
     commit();
+    m_insert.reset();
     {
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
         db.close();
@@ -121,18 +130,17 @@ QHash<QString, DSyncDatabase::Record> DSyncDatabase::records(const QString& alia
 
 bool DSyncDatabase::store(const QString& alias, const QString& relativePath, const Record& record)
 {
+    if (!m_insert)
+        return false;
     begin();
-    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
-    query.prepare(QStringLiteral("INSERT OR REPLACE INTO files "
-                                 "(alias, relative_path, distant_root, size, modified, distant_size, distant_modified) "
-                                 "VALUES (?, ?, ?, ?, ?, ?, ?)"));
-    query.addBindValue(alias);
-    query.addBindValue(relativePath);
-    query.addBindValue(record.distantRoot);
-    query.addBindValue(record.size);
-    query.addBindValue(record.modified);
-    query.addBindValue(record.distantSize);
-    query.addBindValue(record.distantModified);
+    QSqlQuery& query = *m_insert;
+    query.bindValue(0, alias);
+    query.bindValue(1, relativePath);
+    query.bindValue(2, record.distantRoot);
+    query.bindValue(3, record.size);
+    query.bindValue(4, record.modified);
+    query.bindValue(5, record.distantSize);
+    query.bindValue(6, record.distantModified);
     if (!query.exec()) {
         m_lastError = query.lastError().text();
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot store a sync record"),

@@ -2,6 +2,10 @@
 #include <QHash>
 #include <QString>
 
+#include <memory>
+
+class QSqlQuery;
+
 // Bookkeeping of the copies a sync pass made, one SQLite connection of the calling thread.
 // Not thread-safe: open, use and close it on one thread.
 class DSyncDatabase
@@ -36,6 +40,7 @@ private:
     bool begin();
 
     QString m_connectionName;
+    std::unique_ptr<QSqlQuery> m_insert; // prepared once per open
     QString m_lastError;
     bool m_inTransaction = false;
     int m_pendingWrites = 0;

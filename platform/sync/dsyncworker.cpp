@@ -7,7 +7,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
+#include <QRandomGenerator>
 #include <QThread>
 
 #include <cstdio>
@@ -238,39 +238,47 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
         fail(QStringLiteral("Cannot read the local file"), localFile + QStringLiteral(": ") + source.errorString());
         return false;
     }
-    QTemporaryFile temporary(directory + QLatin1Char('/') + C_temporaryPrefix + QStringLiteral("XXXXXX")
-                             + C_temporarySuffix);
-    if (!temporary.open()) {
+    // A hidden name of our own (rather than QTemporaryFile) keeps it to one create and one rename.
+    QFile temporary;
+    for (int attempt = 0; attempt < 8 && !temporary.isOpen(); ++attempt) {
+        temporary.setFileName(directory + QLatin1Char('/') + C_temporaryPrefix
+                              + QString::number(QRandomGenerator::global()->generate64(), 36) + C_temporarySuffix);
+        temporary.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+    }
+    if (!temporary.isOpen()) {
         fail(QStringLiteral("Cannot write in the distant directory"),
              directory + QStringLiteral(": ") + temporary.errorString());
         return false;
     }
-    QByteArray buffer;
-    do {
-        buffer = source.read(C_bufferSize);
-        if (!buffer.isEmpty() && temporary.write(buffer) != buffer.size()) {
-            fail(QStringLiteral("Cannot write the distant copy"),
-                 distantFile + QStringLiteral(": ") + temporary.errorString());
-            return false;
-        }
-    } while (!buffer.isEmpty());
-    if (source.error() != QFileDevice::NoError) {
-        fail(QStringLiteral("Cannot read the local file"), localFile + QStringLiteral(": ") + source.errorString());
+    const auto discard = [&temporary](const QString& message, const QString& detail, DSyncWorker* self) {
+        temporary.remove();
+        self->fail(message, detail);
         return false;
+    };
+    if (m_buffer.size() != C_bufferSize)
+        m_buffer.resize(C_bufferSize);
+    for (;;) {
+        const qint64 read = source.read(m_buffer.data(), m_buffer.size());
+        if (read < 0)
+            return discard(QStringLiteral("Cannot read the local file"),
+                           localFile + QStringLiteral(": ") + source.errorString(), this);
+        if (read == 0)
+            break;
+        if (temporary.write(m_buffer.constData(), read) != read)
+            return discard(QStringLiteral("Cannot write the distant copy"),
+                           distantFile + QStringLiteral(": ") + temporary.errorString(), this);
     }
-    if (!temporary.flush()) {
-        fail(QStringLiteral("Cannot write the distant copy"), distantFile + QStringLiteral(": ") + temporary.errorString());
-        return false;
-    }
+    if (!temporary.flush())
+        return discard(QStringLiteral("Cannot write the distant copy"),
+                       distantFile + QStringLiteral(": ") + temporary.errorString(), this);
     // The copy keeps the local modification time (a failure here only costs a content check later).
     temporary.setFileTime(QDateTime::fromMSecsSinceEpoch(modified), QFileDevice::FileModificationTime);
-    const QString temporaryName = temporary.fileName();
     temporary.close();
-    if (!renameOver(temporaryName, distantFile)) {
-        fail(QStringLiteral("Cannot move the distant copy into place"), distantFile);
-        return false;
-    }
-    temporary.setAutoRemove(false);
+    if (temporary.error() != QFileDevice::NoError)
+        return discard(QStringLiteral("Cannot write the distant copy"),
+                       distantFile + QStringLiteral(": ") + temporary.errorString(), this);
+    if (!renameOver(temporary.fileName(), distantFile))
+        return discard(QStringLiteral("Cannot move the distant copy into place"), distantFile, this);
     return true;
 }
 

@@ -66,4 +66,5 @@ private:
     QVector<QRegularExpression> m_excluded;
     QSet<QString> m_skippedFiles;      // the database and its side files
     QSet<QString> m_createdDirectories; // distant directories known to exist in this pass
+    QByteArray m_buffer;                // copy buffer, kept between files
 };
