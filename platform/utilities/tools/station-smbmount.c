@@ -1,0 +1,581 @@
+/*
+ * station-smbmount: mounts one SMB share at one mount point in user space.
+ *
+ *   station-smbmount [-c CREDENTIALS_FILE] [-o FUSE_OPTIONS] [-t TIMEOUT_MS] //server[:port]/share[/dir] MOUNTPOINT
+ *
+ * Credentials are lines "username=...", "password=..." and "domain=..." read from
+ * CREDENTIALS_FILE (which must not be readable by group or others) or, without -c, from
+ * standard input up to its end. They are never taken from the command line.
+ *
+ * The credentials and the share are checked before mounting: a wrong password, an unknown
+ * share or an unreachable server end the program with a message on stderr and a non-zero
+ * exit code (2 access denied, 3 server unreachable, 4 share not found, 5 other error,
+ * 6 mount failed, 1 usage). Once mounted, "ready" is written on stdout and the program
+ * serves the mount in the foreground on one thread (a libsmbclient context is not
+ * thread-safe) until it is unmounted or receives SIGTERM/SIGINT.
+ */
+#define FUSE_USE_VERSION 31
+#define _GNU_SOURCE
+
+#include <fuse.h>
+#include <libsmbclient.h>
+
+#include <errno.h>
+#include <fcntl.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <time.h>
+#include <unistd.h>
+
+enum {
+    ExitUsage = 1,
+    ExitAccessDenied = 2,
+    ExitUnreachable = 3,
+    ExitNoShare = 4,
+    ExitOther = 5,
+    ExitMountFailed = 6
+};
+
+static char g_user[256];
+static char g_password[256];
+static char g_domain[256];
+static char g_base[4096]; /* "smb://server/share[/dir]" without trailing slash */
+
+static void wipe(void)
+{
+    explicit_bzero(g_password, sizeof(g_password));
+}
+
+static void authenticate(SMBCCTX* context, const char* server, const char* share, char* workgroup, int workgroupLength,
+                         char* user, int userLength, char* password, int passwordLength)
+{
+    (void)context;
+    (void)server;
+    (void)share;
+    if (g_domain[0])
+        snprintf(workgroup, (size_t)workgroupLength, "%s", g_domain);
+    snprintf(user, (size_t)userLength, "%s", g_user);
+    snprintf(password, (size_t)passwordLength, "%s", g_password);
+}
+
+/* Builds the URL of a path below the base; every byte outside a safe set is %-encoded
+ * because libsmbclient decodes its URLs. */
+static int urlOf(const char* path, char* url, size_t size)
+{
+    static const char hex[] = "0123456789ABCDEF";
+    size_t n = strlen(g_base);
+    if (n >= size)
+        return -ENAMETOOLONG;
+    memcpy(url, g_base, n);
+    for (const unsigned char* p = (const unsigned char*)path; *p; ++p) {
+        const int safe = (*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z') || (*p >= '0' && *p <= '9')
+            || strchr("/-._~ ", *p) != NULL;
+        if (n + (safe ? 1 : 3) >= size)
+            return -ENAMETOOLONG;
+        if (safe) {
+            url[n++] = (char)*p;
+        } else {
+            url[n++] = '%';
+            url[n++] = hex[*p >> 4];
+            url[n++] = hex[*p & 0x0F];
+        }
+    }
+    url[n] = '\0';
+    return 0;
+}
+
+#define URL_OF(path, url)                                                                                              \
+    char url[8192];                                                                                                    \
+    do {                                                                                                               \
+        const int urlError = urlOf((path), url, sizeof(url));                                                          \
+        if (urlError)                                                                                                  \
+            return urlError;                                                                                           \
+    } while (0)
+
+static int failure(void)
+{
+    return errno ? -errno : -EIO;
+}
+
+static int opGetattr(const char* path, struct stat* st, struct fuse_file_info* fi)
+{
+    memset(st, 0, sizeof(*st));
+    if (fi && fi->fh) {
+        if (smbc_fstat((int)fi->fh, st) < 0)
+            return failure();
+    } else {
+        URL_OF(path, url);
+        if (smbc_stat(url, st) < 0)
+            return failure();
+    }
+    st->st_uid = getuid();
+    st->st_gid = getgid();
+    return 0;
+}
+
+static int opReaddir(const char* path, void* buffer, fuse_fill_dir_t fill, off_t offset, struct fuse_file_info* fi,
+                     enum fuse_readdir_flags flags)
+{
+    (void)offset;
+    (void)fi;
+    (void)flags;
+    URL_OF(path, url);
+    const int dir = smbc_opendir(url);
+    if (dir < 0)
+        return failure();
+    struct smbc_dirent* entry;
+    errno = 0;
+    while ((entry = smbc_readdir((unsigned int)dir)) != NULL) {
+        if (entry->smbc_type != SMBC_DIR && entry->smbc_type != SMBC_FILE && entry->smbc_type != SMBC_LINK)
+            continue;
+        if (fill(buffer, entry->name, NULL, 0, 0))
+            break;
+    }
+    smbc_closedir(dir);
+    return 0;
+}
+
+/* libsmbclient refuses seeking a write-only handle: open read-write instead. */
+static int openFlags(int flags)
+{
+    flags &= ~O_APPEND;
+    if ((flags & O_ACCMODE) == O_WRONLY)
+        flags = (flags & ~O_ACCMODE) | O_RDWR;
+    return flags;
+}
+
+static int opOpen(const char* path, struct fuse_file_info* fi)
+{
+    URL_OF(path, url);
+    const int fd = smbc_open(url, openFlags(fi->flags), 0);
+    if (fd < 0)
+        return failure();
+    fi->fh = (uint64_t)fd;
+    return 0;
+}
+
+static int opCreate(const char* path, mode_t mode, struct fuse_file_info* fi)
+{
+    URL_OF(path, url);
+    const int fd = smbc_open(url, openFlags(fi->flags) | O_CREAT, mode);
+    if (fd < 0)
+        return failure();
+    fi->fh = (uint64_t)fd;
+    return 0;
+}
+
+static int opRead(const char* path, char* buffer, size_t size, off_t offset, struct fuse_file_info* fi)
+{
+    (void)path;
+    const int fd = (int)fi->fh;
+    if (smbc_lseek(fd, offset, SEEK_SET) < 0)
+        return failure();
+    size_t done = 0;
+    while (done < size) {
+        const ssize_t n = smbc_read(fd, buffer + done, size - done);
+        if (n < 0)
+            return failure();
+        if (n == 0)
+            break;
+        done += (size_t)n;
+    }
+    return (int)done;
+}
+
+static int opWrite(const char* path, const char* buffer, size_t size, off_t offset, struct fuse_file_info* fi)
+{
+    (void)path;
+    const int fd = (int)fi->fh;
+    if (smbc_lseek(fd, offset, SEEK_SET) < 0)
+        return failure();
+    size_t done = 0;
+    while (done < size) {
+        const ssize_t n = smbc_write(fd, buffer + done, size - done);
+        if (n <= 0)
+            return n < 0 ? failure() : -EIO;
+        done += (size_t)n;
+    }
+    return (int)done;
+}
+
+static int opRelease(const char* path, struct fuse_file_info* fi)
+{
+    (void)path;
+    return smbc_close((int)fi->fh) < 0 ? failure() : 0;
+}
+
+static int opFlush(const char* path, struct fuse_file_info* fi)
+{
+    (void)path;
+    (void)fi;
+    return 0;
+}
+
+static int opUnlink(const char* path)
+{
+    URL_OF(path, url);
+    return smbc_unlink(url) < 0 ? failure() : 0;
+}
+
+static int opMkdir(const char* path, mode_t mode)
+{
+    URL_OF(path, url);
+    return smbc_mkdir(url, mode) < 0 ? failure() : 0;
+}
+
+static int opRmdir(const char* path)
+{
+    URL_OF(path, url);
+    return smbc_rmdir(url) < 0 ? failure() : 0;
+}
+
+static int opRename(const char* from, const char* to, unsigned int flags)
+{
+    if (flags)
+        return -EINVAL;
+    URL_OF(from, fromUrl);
+    URL_OF(to, toUrl);
+    return smbc_rename(fromUrl, toUrl) < 0 ? failure() : 0;
+}
+
+static int opTruncate(const char* path, off_t size, struct fuse_file_info* fi)
+{
+    if (fi && fi->fh)
+        return smbc_ftruncate((int)fi->fh, size) < 0 ? failure() : 0;
+    URL_OF(path, url);
+    const int fd = smbc_open(url, O_RDWR, 0);
+    if (fd < 0)
+        return failure();
+    const int result = smbc_ftruncate(fd, size) < 0 ? failure() : 0;
+    smbc_close(fd);
+    return result;
+}
+
+static void toTimeval(const struct timespec* in, const struct timespec* current, struct timeval* out)
+{
+    struct timespec t = *in;
+    if (in->tv_nsec == UTIME_NOW)
+        clock_gettime(CLOCK_REALTIME, &t);
+    else if (in->tv_nsec == UTIME_OMIT)
+        t = *current;
+    out->tv_sec = t.tv_sec;
+    out->tv_usec = t.tv_nsec / 1000;
+}
+
+static int opUtimens(const char* path, const struct timespec times[2], struct fuse_file_info* fi)
+{
+    (void)fi;
+    URL_OF(path, url);
+    struct stat st;
+    memset(&st, 0, sizeof(st));
+    if ((times[0].tv_nsec == UTIME_OMIT || times[1].tv_nsec == UTIME_OMIT) && smbc_stat(url, &st) < 0)
+        return failure();
+    struct timeval tv[2];
+    toTimeval(&times[0], &st.st_atim, &tv[0]);
+    toTimeval(&times[1], &st.st_mtim, &tv[1]);
+    return smbc_utimes(url, tv) < 0 ? failure() : 0;
+}
+
+/* SMB keeps no Unix mode or owner: accepted and ignored, as copying tools expect. */
+static int opChmod(const char* path, mode_t mode, struct fuse_file_info* fi)
+{
+    (void)path;
+    (void)mode;
+    (void)fi;
+    return 0;
+}
+
+static int opChown(const char* path, uid_t uid, gid_t gid, struct fuse_file_info* fi)
+{
+    (void)path;
+    (void)uid;
+    (void)gid;
+    (void)fi;
+    return 0;
+}
+
+static int opStatfs(const char* path, struct statvfs* st)
+{
+    URL_OF(path, url);
+    return smbc_statvfs(url, st) < 0 ? failure() : 0;
+}
+
+static int opFsync(const char* path, int datasync, struct fuse_file_info* fi)
+{
+    (void)path;
+    (void)datasync;
+    (void)fi;
+    return 0;
+}
+
+static void* opInit(struct fuse_conn_info* connection, struct fuse_config* config)
+{
+    (void)connection;
+    config->use_ino = 0;
+    config->hard_remove = 1;
+    return NULL;
+}
+
+static const struct fuse_operations c_operations = {
+    .getattr = opGetattr,
+    .mkdir = opMkdir,
+    .unlink = opUnlink,
+    .rmdir = opRmdir,
+    .rename = opRename,
+    .chmod = opChmod,
+    .chown = opChown,
+    .truncate = opTruncate,
+    .open = opOpen,
+    .read = opRead,
+    .write = opWrite,
+    .statfs = opStatfs,
+    .flush = opFlush,
+    .release = opRelease,
+    .fsync = opFsync,
+    .readdir = opReaddir,
+    .init = opInit,
+    .create = opCreate,
+    .utimens = opUtimens,
+};
+
+static void usage(void)
+{
+    fprintf(stderr, "usage: station-smbmount [-c CREDENTIALS_FILE] [-o FUSE_OPTIONS] [-t TIMEOUT_MS] "
+                    "//server[:port]/share[/dir] MOUNTPOINT\n"
+                    "Credentials (username=, password=, domain= lines) come from the file or standard input.\n");
+}
+
+static void keepValue(const char* line, const char* key, char* target, size_t size)
+{
+    const size_t n = strlen(key);
+    if (strncmp(line, key, n) == 0)
+        snprintf(target, size, "%s", line + n);
+}
+
+static int readCredentials(FILE* in)
+{
+    char line[1024];
+    while (fgets(line, sizeof(line), in)) {
+        line[strcspn(line, "\r\n")] = '\0';
+        keepValue(line, "username=", g_user, sizeof(g_user));
+        keepValue(line, "user=", g_user, sizeof(g_user));
+        keepValue(line, "password=", g_password, sizeof(g_password));
+        keepValue(line, "domain=", g_domain, sizeof(g_domain));
+        keepValue(line, "workgroup=", g_domain, sizeof(g_domain));
+    }
+    explicit_bzero(line, sizeof(line));
+    return g_user[0] ? 0 : -1;
+}
+
+static int credentialsFromFile(const char* path)
+{
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    struct stat st;
+    if (fd < 0 || fstat(fd, &st) < 0) {
+        fprintf(stderr, "station-smbmount: cannot read credentials file %s: %s\n", path, strerror(errno));
+        return -1;
+    }
+    if (st.st_mode & (S_IRWXG | S_IRWXO)) {
+        fprintf(stderr, "station-smbmount: credentials file %s is readable by others; refused\n", path);
+        close(fd);
+        return -1;
+    }
+    FILE* in = fdopen(fd, "r");
+    const int result = readCredentials(in);
+    fclose(in);
+    return result;
+}
+
+/* "//server[:port]/share[/dir]" (backslashes accepted) -> base URL and port. */
+static int parseShare(const char* text, uint16_t* port)
+{
+    char copy[4096];
+    snprintf(copy, sizeof(copy), "%s", text);
+    for (char* p = copy; *p; ++p)
+        if (*p == '\\')
+            *p = '/';
+    char* p = copy;
+    while (*p == '/')
+        ++p;
+    char* slash = strchr(p, '/');
+    if (!*p || !slash || !slash[1])
+        return -1;
+    *slash = '\0';
+    char* colon = strrchr(p, ':');
+    *port = 0;
+    if (colon) {
+        char* end = NULL;
+        const long value = strtol(colon + 1, &end, 10);
+        if (*end || value <= 0 || value > 65535)
+            return -1;
+        *port = (uint16_t)value;
+        *colon = '\0';
+    }
+    char* rest = slash + 1;
+    size_t n = strlen(rest);
+    while (n > 0 && rest[n - 1] == '/')
+        rest[--n] = '\0';
+    /* the share and directory are encoded like every other path */
+    char prefixed[4100];
+    snprintf(prefixed, sizeof(prefixed), "/%s", rest);
+    const size_t hostLength = strlen(p);
+    if (hostLength + 7 >= sizeof(g_base))
+        return -1;
+    memcpy(g_base, "smb://", 6);
+    memcpy(g_base + 6, p, hostLength + 1);
+    char encoded[sizeof(g_base)];
+    if (urlOf(prefixed, encoded, sizeof(encoded)) != 0)
+        return -1;
+    memcpy(g_base, encoded, sizeof(g_base));
+    return 0;
+}
+
+static int exitCodeFor(int error)
+{
+    switch (error) {
+    case EACCES:
+    case EPERM:
+        return ExitAccessDenied;
+    case ECONNREFUSED:
+    case EHOSTUNREACH:
+    case ENETUNREACH:
+    case ETIMEDOUT:
+    case EHOSTDOWN:
+    case ECONNRESET:
+    case ENOTCONN:
+    case EIO:
+        return ExitUnreachable;
+    case ENOENT:
+    case ENODEV:
+    case ENOTDIR:
+        return ExitNoShare;
+    default:
+        return ExitOther;
+    }
+}
+
+static const char* explain(int code)
+{
+    switch (code) {
+    case ExitAccessDenied:
+        return "access denied (wrong user name, domain or password?)";
+    case ExitUnreachable:
+        return "server unreachable";
+    case ExitNoShare:
+        return "share or directory not found";
+    default:
+        return "cannot open the share";
+    }
+}
+
+int main(int argc, char* argv[])
+{
+    const char* credentialsFile = NULL;
+    const char* fuseOptions = NULL;
+    int timeoutMs = 10000;
+    int option;
+    while ((option = getopt(argc, argv, "c:o:t:h")) != -1) {
+        switch (option) {
+        case 'c':
+            credentialsFile = optarg;
+            break;
+        case 'o':
+            fuseOptions = optarg;
+            break;
+        case 't':
+            timeoutMs = atoi(optarg);
+            break;
+        default:
+            usage();
+            return ExitUsage;
+        }
+    }
+    if (argc - optind != 2) {
+        usage();
+        return ExitUsage;
+    }
+    const char* shareText = argv[optind];
+    const char* mountPoint = argv[optind + 1];
+
+    uint16_t port = 0;
+    if (parseShare(shareText, &port) != 0) {
+        fprintf(stderr, "station-smbmount: invalid share %s (expected //server[:port]/share[/dir])\n", shareText);
+        return ExitUsage;
+    }
+    if ((credentialsFile ? credentialsFromFile(credentialsFile) : readCredentials(stdin)) != 0) {
+        fprintf(stderr, "station-smbmount: no user name in the credentials\n");
+        wipe();
+        return ExitUsage;
+    }
+
+    SMBCCTX* context = smbc_new_context();
+    if (!context) {
+        fprintf(stderr, "station-smbmount: cannot create an SMB client context: %s\n", strerror(errno));
+        wipe();
+        return ExitOther;
+    }
+    smbc_setDebug(context, 0);
+    smbc_setOptionDebugToStderr(context, 1);
+    smbc_setFunctionAuthDataWithContext(context, authenticate);
+    smbc_setOptionUseKerberos(context, 0);
+    smbc_setOptionFallbackAfterKerberos(context, 1);
+    smbc_setOptionNoAutoAnonymousLogin(context, 1);
+    if (timeoutMs > 0)
+        smbc_setTimeout(context, timeoutMs);
+    if (port)
+        smbc_setPort(context, port);
+    if (!smbc_init_context(context)) {
+        fprintf(stderr, "station-smbmount: cannot initialise the SMB client: %s\n", strerror(errno));
+        smbc_free_context(context, 1);
+        wipe();
+        return ExitOther;
+    }
+    smbc_set_context(context);
+
+    /* Credentials and share are checked here, so that failures happen at mount time. */
+    const int probe = smbc_opendir(g_base);
+    if (probe < 0) {
+        const int error = errno;
+        const int code = exitCodeFor(error);
+        fprintf(stderr, "station-smbmount: %s: %s (%s)\n", shareText, explain(code), strerror(error));
+        smbc_free_context(context, 1);
+        wipe();
+        return code;
+    }
+    smbc_closedir(probe);
+
+    char options[4096];
+    snprintf(options, sizeof(options), "fsname=%s,subtype=smb%s%s", shareText, fuseOptions ? "," : "",
+             fuseOptions ? fuseOptions : "");
+    char* fuseArgv[] = {argv[0], "-o", options, NULL};
+    struct fuse_args args = FUSE_ARGS_INIT(3, fuseArgv);
+    struct fuse* fuse = fuse_new(&args, &c_operations, sizeof(c_operations), NULL);
+    if (!fuse) {
+        fprintf(stderr, "station-smbmount: invalid mount options %s\n", options);
+        smbc_free_context(context, 1);
+        wipe();
+        return ExitUsage;
+    }
+    if (fuse_mount(fuse, mountPoint) != 0) {
+        fprintf(stderr, "station-smbmount: cannot mount at %s\n", mountPoint);
+        fuse_destroy(fuse);
+        smbc_free_context(context, 1);
+        wipe();
+        return ExitMountFailed;
+    }
+    fuse_set_signal_handlers(fuse_get_session(fuse));
+    printf("ready\n");
+    fflush(stdout);
+
+    const int result = fuse_loop(fuse);
+
+    fuse_remove_signal_handlers(fuse_get_session(fuse));
+    fuse_unmount(fuse);
+    fuse_destroy(fuse);
+    smbc_free_context(context, 1);
+    wipe();
+    return result == 0 ? 0 : ExitOther;
+}
