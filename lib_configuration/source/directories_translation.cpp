@@ -14,7 +14,7 @@
 #include <QProcess>
 #include <windows.h>
 #else
-#include "mounttable.h"
+#include "mounttablereader.h"
 #endif
 
 namespace {
@@ -74,14 +74,14 @@ QVariantMap Directories::getWindowsNetworkPath(QString path) const
 #else
     // The share mounted at the directory of the file plays the mapped drive; the part of the
     // directory below its mount point is the path on the drive.
-    QList<MountTable::Entry> mounts;
-    if (!MountTable::read(mounts))
+    QList<MountTableReader::Entry> mounts;
+    if (!MountTableReader::read(mounts))
         return {};
     const QString directory = QDir::cleanPath(info.absolutePath());
-    const int index = MountTable::indexOfMountHolding(mounts, directory);
+    const int index = MountTableReader::indexOfMountHolding(mounts, directory);
     if (index < 0 || !mounts.at(index).isNetworkShare())
         return {};
-    const MountTable::Entry& mount = mounts.at(index);
+    const MountTableReader::Entry& mount = mounts.at(index);
     QString inside = directory.mid(QDir::cleanPath(mount.mountPoint).size());
     while (inside.startsWith(QLatin1Char('/')))
         inside.remove(0, 1);
@@ -120,12 +120,12 @@ QString Directories::networkAddressToLocalDrive(const QString& address, bool& fo
     // Every mounted share is a "line" of the listing, written as //server/share, and its
     // mount point is the drive.
     const QString unc = QStringLiteral("//%1/%2").arg(parts.at(0), parts.at(1));
-    QList<MountTable::Entry> mounts;
-    if (!MountTable::read(mounts)) {
+    QList<MountTableReader::Entry> mounts;
+    if (!MountTableReader::read(mounts)) {
         found = false;
         return QString();
     }
-    for (const MountTable::Entry& mount : qAsConst(mounts)) {
+    for (const MountTableReader::Entry& mount : qAsConst(mounts)) {
         if (!mount.isNetworkShare())
             continue;
         const QString remote = QStringLiteral("//%1/%2").arg(mount.server, mount.share);
@@ -216,7 +216,7 @@ bool Directories::isFileMatchingMode(QString filePath, bool isExternalMode) cons
     const bool isRemote = GetDriveTypeW(reinterpret_cast<LPCWSTR>(root.utf16())) == DRIVE_REMOTE;
 #else
     // A relative path names no drive, as an invalid root on Windows: not remote.
-    const bool isRemote = !QFileInfo(workingPath).isRelative() && MountTable::isOnRemoteFileSystem(workingPath);
+    const bool isRemote = !QFileInfo(workingPath).isRelative() && MountTableReader::isOnRemoteFileSystem(workingPath);
 #endif
     return isExternalMode != !isRemote;
 }

@@ -4,7 +4,7 @@
 
 #include "directories.h"
 #include "logcapture.h"
-#include "mounttable.h"
+#include "mounttablereader.h"
 #include "utilities/preconfiguration.h"
 
 // Path translation of the registry, on folders added through addNewFolderAlias under
@@ -53,7 +53,7 @@ private:
 static const char C_mountInfo[] =
     "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
     "40 22 0:40 / /mnt/y rw,relatime shared:5 - cifs //FILESERVER/Exchange rw,vers=3.0\n"
-    "41 22 0:41 / /mnt/z rw,nosuid,nodev,relatime - fuse.station-smbmount //127.0.0.1:1445/public rw,user_id=0\n"
+    "41 22 0:41 / /mnt/z rw,nosuid,nodev,relatime - fuse.smb //127.0.0.1:1445/public rw,user_id=0\n"
     "42 22 0:42 / /mnt/with\\040space rw master:3 - nfs4 nas:/export/data rw\n"
     "43 22 0:43 / /mnt/second rw - cifs //fileserver/exchange rw\n"
     "44 40 0:44 / /mnt/y/local rw - tmpfs tmpfs rw\n";
@@ -72,7 +72,7 @@ void TestDirectoriesTranslation::init()
     QVERIFY(table.open(QIODevice::WriteOnly));
     table.write(C_mountInfo);
     table.close();
-    MountTable::setTableFilePath(table.fileName());
+    MountTableReader::setTableFilePath(table.fileName());
 
     m_directories = new Directories(QString(), QString(), root("usbkey"), 30000, QStringList());
     // List order matters: the first folder that matches wins.
@@ -89,7 +89,7 @@ void TestDirectoriesTranslation::cleanup()
 {
     delete m_directories;
     m_directories = nullptr;
-    MountTable::setTableFilePath(QString());
+    MountTableReader::setTableFilePath(QString());
     PreConfiguration::clear();
     delete m_dir;
 }
@@ -242,7 +242,7 @@ void TestDirectoriesTranslation::networkAddressToLocalDrive()
 // The listing cannot be read: as "net use" failing.
 void TestDirectoriesTranslation::networkAddressToLocalDriveWithoutTable()
 {
-    MountTable::setTableFilePath(root("no-such-table"));
+    MountTableReader::setTableFilePath(root("no-such-table"));
     bool found = true;
     QCOMPARE(m_directories->networkAddressToLocalDrive("fileserver/exchange", found), QString());
     QCOMPARE(found, false);

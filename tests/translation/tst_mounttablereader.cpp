@@ -1,11 +1,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "mounttable.h"
+#include "mounttablereader.h"
 
 // Reading the kernel's mount table: which mounts are shares, of which server and share,
 // and which mount holds a path.
-class TestMountTable : public QObject
+class TestMountTableReader : public QObject
 {
     Q_OBJECT
 private slots:
@@ -20,7 +20,7 @@ private slots:
     void localDirectoryIsNotRemote();
 };
 
-void TestMountTable::parse_data()
+void TestMountTableReader::parse_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("mountPoint");
@@ -36,8 +36,8 @@ void TestMountTable::parse_data()
     QTest::newRow("backslash source") << "40 22 0:40 / /mnt/y rw - smb3 \\\\fs\\exchange\\in rw" << "/mnt/y" << "smb3"
                                       << "fs" << "exchange/in";
     QTest::newRow("FUSE share client keeps the server's port")
-        << "41 22 0:41 / /srv/mnt/Net rw,nosuid,nodev - fuse.station-smbmount //127.0.0.1:1445/public rw"
-        << "/srv/mnt/Net" << "fuse.station-smbmount" << "127.0.0.1:1445" << "public";
+        << "41 22 0:41 / /srv/mnt/Net rw,nosuid,nodev - fuse.smb //127.0.0.1:1445/public rw"
+        << "/srv/mnt/Net" << "fuse.smb" << "127.0.0.1:1445" << "public";
     QTest::newRow("NFS host and export") << "42 22 0:42 / /nfs rw - nfs4 nas:/export/data rw" << "/nfs" << "nfs4"
                                          << "nas" << "export/data";
     QTest::newRow("NFS over IPv6") << "42 22 0:42 / /nfs rw - nfs [fd00::5]:/export rw" << "/nfs" << "nfs"
@@ -59,14 +59,14 @@ void TestMountTable::parse_data()
                                                             << "" << "";
 }
 
-void TestMountTable::parse()
+void TestMountTableReader::parse()
 {
     QFETCH(QString, line);
     QFETCH(QString, mountPoint);
     QFETCH(QString, type);
     QFETCH(QString, server);
     QFETCH(QString, share);
-    const QList<MountTable::Entry> entries = MountTable::parse(line + "\n");
+    const QList<MountTableReader::Entry> entries = MountTableReader::parse(line + "\n");
     QCOMPARE(entries.size(), 1);
     QCOMPARE(entries.at(0).mountPoint, mountPoint);
     QCOMPARE(entries.at(0).fileSystemType, type);
@@ -75,9 +75,9 @@ void TestMountTable::parse()
     QCOMPARE(entries.at(0).isNetworkShare(), !share.isEmpty());
 }
 
-void TestMountTable::skipsMalformedLines()
+void TestMountTableReader::skipsMalformedLines()
 {
-    const QList<MountTable::Entry> entries = MountTable::parse("garbage\n"
+    const QList<MountTableReader::Entry> entries = MountTableReader::parse("garbage\n"
                                                                "1 2 3 4 /no-separator rw cifs //s/t rw\n"
                                                                "1 2 0:1 / /ok rw - cifs //s/t rw\n"
                                                                "1 2 0:1 / /cut rw - cifs\n"
@@ -86,7 +86,7 @@ void TestMountTable::skipsMalformedLines()
     QCOMPARE(entries.at(0).mountPoint, QString("/ok"));
 }
 
-void TestMountTable::isRemoteFileSystemType_data()
+void TestMountTableReader::isRemoteFileSystemType_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("source");
@@ -94,7 +94,7 @@ void TestMountTable::isRemoteFileSystemType_data()
     QTest::newRow("cifs") << "cifs" << "//s/t" << true;
     QTest::newRow("nfs4") << "nfs4" << "nas:/e" << true;
     QTest::newRow("sshfs whatever its source") << "fuse.sshfs" << "host:" << true;
-    QTest::newRow("FUSE client of a share") << "fuse.station-smbmount" << "//127.0.0.1:1445/public" << true;
+    QTest::newRow("FUSE client of a share") << "fuse.smb" << "//127.0.0.1:1445/public" << true;
     QTest::newRow("FUSE client with backslashes") << "fuse.other" << "\\\\server\\share" << true;
     QTest::newRow("FUSE without a server") << "fuse.gvfsd-fuse" << "gvfsd-fuse" << false;
     QTest::newRow("FUSE block device") << "fuseblk" << "/dev/sdb1" << false;
@@ -102,15 +102,15 @@ void TestMountTable::isRemoteFileSystemType_data()
     QTest::newRow("tmpfs named like a share") << "tmpfs" << "//s/t" << false;
 }
 
-void TestMountTable::isRemoteFileSystemType()
+void TestMountTableReader::isRemoteFileSystemType()
 {
     QFETCH(QString, type);
     QFETCH(QString, source);
     QFETCH(bool, remote);
-    QCOMPARE(MountTable::isRemoteFileSystemType(type, source), remote);
+    QCOMPARE(MountTableReader::isRemoteFileSystemType(type, source), remote);
 }
 
-void TestMountTable::indexOfMountHolding_data()
+void TestMountTableReader::indexOfMountHolding_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<int>("index");
@@ -123,38 +123,38 @@ void TestMountTable::indexOfMountHolding_data()
     QTest::newRow("path not cleaned by the caller") << "/mnt/y/local/../b" << 1;
 }
 
-void TestMountTable::indexOfMountHolding()
+void TestMountTableReader::indexOfMountHolding()
 {
     QFETCH(QString, path);
     QFETCH(int, index);
-    const QList<MountTable::Entry> entries = MountTable::parse("1 0 0:1 / / rw - ext4 /dev/sda1 rw\n"
+    const QList<MountTableReader::Entry> entries = MountTableReader::parse("1 0 0:1 / / rw - ext4 /dev/sda1 rw\n"
                                                                "2 1 0:2 / /mnt/y rw - cifs //a/b rw\n"
                                                                "3 2 0:3 / /mnt/y/local rw - tmpfs tmpfs rw\n"
                                                                "4 1 0:4 / /mnt/z rw - cifs //a/c rw\n"
                                                                "5 4 0:5 / /mnt/z rw - cifs //a/d rw\n");
-    QCOMPARE(MountTable::indexOfMountHolding(entries, path), index);
+    QCOMPARE(MountTableReader::indexOfMountHolding(entries, path), index);
 }
 
-void TestMountTable::readsTheKernelTable()
+void TestMountTableReader::readsTheKernelTable()
 {
-    QList<MountTable::Entry> entries;
-    QVERIFY(MountTable::read(entries));
-    QVERIFY(MountTable::indexOfMountHolding(entries, QDir::currentPath()) >= 0);
+    QList<MountTableReader::Entry> entries;
+    QVERIFY(MountTableReader::read(entries));
+    QVERIFY(MountTableReader::indexOfMountHolding(entries, QDir::currentPath()) >= 0);
 
     QTemporaryDir dir;
-    MountTable::setTableFilePath(dir.filePath("missing"));
-    QVERIFY(!MountTable::read(entries));
+    MountTableReader::setTableFilePath(dir.filePath("missing"));
+    QVERIFY(!MountTableReader::read(entries));
     QVERIFY(entries.isEmpty());
-    MountTable::setTableFilePath(QString());
+    MountTableReader::setTableFilePath(QString());
 }
 
-void TestMountTable::localDirectoryIsNotRemote()
+void TestMountTableReader::localDirectoryIsNotRemote()
 {
     QTemporaryDir dir;
-    QVERIFY(!MountTable::isOnRemoteFileSystem(dir.path()));
-    QVERIFY(!MountTable::isOnRemoteFileSystem(dir.filePath("missing/below/a.txt")));
-    QVERIFY(!MountTable::isOnRemoteFileSystem(QString()));
+    QVERIFY(!MountTableReader::isOnRemoteFileSystem(dir.path()));
+    QVERIFY(!MountTableReader::isOnRemoteFileSystem(dir.filePath("missing/below/a.txt")));
+    QVERIFY(!MountTableReader::isOnRemoteFileSystem(QString()));
 }
 
-QTEST_GUILESS_MAIN(TestMountTable)
-#include "tst_mounttable.moc"
+QTEST_GUILESS_MAIN(TestMountTableReader)
+#include "tst_mounttablereader.moc"

@@ -1,4 +1,4 @@
-#include "mounttable.h"
+#include "mounttablereader.h"
 
 #include <QDir>
 #include <QFile>
@@ -82,7 +82,7 @@ void splitNetworkSource(const QString& source, QString& server, QString& share)
 }
 }
 
-QList<MountTable::Entry> MountTable::parse(const QString& mountInfoText)
+QList<MountTableReader::Entry> MountTableReader::parse(const QString& mountInfoText)
 {
     QList<Entry> entries;
     const QStringList lines = mountInfoText.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -105,7 +105,7 @@ QList<MountTable::Entry> MountTable::parse(const QString& mountInfoText)
     return entries;
 }
 
-bool MountTable::read(QList<Entry>& entries)
+bool MountTableReader::read(QList<Entry>& entries)
 {
     entries.clear();
     QFile file(tableFilePath());
@@ -115,7 +115,7 @@ bool MountTable::read(QList<Entry>& entries)
     return true;
 }
 
-bool MountTable::isRemoteFileSystemType(const QString& fileSystemType, const QString& source)
+bool MountTableReader::isRemoteFileSystemType(const QString& fileSystemType, const QString& source)
 {
     static const QStringList networkTypes = {
         QStringLiteral("cifs"), QStringLiteral("smb3"), QStringLiteral("smbfs"), QStringLiteral("nfs"),
@@ -143,7 +143,7 @@ bool MountTable::isRemoteFileSystemType(const QString& fileSystemType, const QSt
     return !server.isEmpty() && !share.isEmpty();
 }
 
-int MountTable::indexOfMountHolding(const QList<Entry>& entries, const QString& absolutePath)
+int MountTableReader::indexOfMountHolding(const QList<Entry>& entries, const QString& absolutePath)
 {
     const QString path = QDir::cleanPath(absolutePath);
     int best = -1;
@@ -160,7 +160,7 @@ int MountTable::indexOfMountHolding(const QList<Entry>& entries, const QString& 
     return best;
 }
 
-bool MountTable::isOnRemoteFileSystem(const QString& path)
+bool MountTableReader::isOnRemoteFileSystem(const QString& path)
 {
 #ifdef Q_OS_LINUX
     if (path.isEmpty())
@@ -201,12 +201,12 @@ bool MountTable::isOnRemoteFileSystem(const QString& path)
 #endif
 }
 
-void MountTable::setTableFilePath(const QString& filePath)
+void MountTableReader::setTableFilePath(const QString& filePath)
 {
     tableFilePathOverride() = filePath;
 }
 
-QString MountTable::tableFilePath()
+QString MountTableReader::tableFilePath()
 {
     return tableFilePathOverride().isEmpty() ? C_kernelTableFilePath : tableFilePathOverride();
 }

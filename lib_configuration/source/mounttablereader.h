@@ -5,7 +5,7 @@
 // The file systems mounted on this machine, as the kernel lists them in
 // /proc/self/mountinfo. On Linux it stands in for the drive mappings of "net use": a
 // mounted network share plays the part of a mapped drive, its mount point the drive.
-class MountTable
+class MountTableReader
 {
 public:
     struct Entry
