@@ -5,6 +5,7 @@
 class QTimer;
 
 // Follows the kernel's mount table for a file system mounted at or below a directory.
+// setMountDir() takes the current state without a signal; later changes emit mountStateChanged.
 class DMountedDirectoryWatcher : public QObject
 {
     Q_OBJECT

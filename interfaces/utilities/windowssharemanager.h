@@ -13,7 +13,9 @@ class QTcpSocket;
 // Back-end chosen by the pre-configuration parameter "shareMountBackend": "cifs" (default,
 // kernel client through mount -t cifs and a 0600 credentials file) or "fuse" (user-space
 // helper program on libsmbclient). The password never appears on a command line or in a
-// log line.
+// log line. The manager creates the mount point directory when it mounts; a failed attempt and
+// the destructor remove it again when it is empty, umountWindowsShare() keeps it (the folder
+// may rename it before mounting again).
 class WindowsShareManager : public QObject
 {
     Q_OBJECT
@@ -29,8 +31,18 @@ public:
     void setDetectionSchedule(const QList<int>& intervalsMs);
     void setMaxMountAttempts(int attempts);
     void setMountAttemptIntervalMs(int intervalMs);
+    // Longest wait for the server's answer to one TCP probe (detection and watch).
+    void setServerProbeTimeoutMs(int timeoutMs);
+    // Takes effect at the next start() or retryConnection().
+    void setMountPoint(const QString& mountPoint);
 
+    // The user-space mount helper of the "fuse" back-end; empty when it is not installed.
+    static QString fuseHelperProgram();
+
+    // Starts detection and mounting unless already under way or mounted.
     void start();
+    // Drops what is under way and starts a new detection at once (also after a permanent
+    // failure); does nothing while mounted.
     void retryConnection();
     // Releases the share and the mount point synchronously.
     void umountWindowsShare();

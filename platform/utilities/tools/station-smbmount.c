@@ -445,6 +445,7 @@ static int exitCodeFor(int error)
     case ETIMEDOUT:
     case EHOSTDOWN:
     case ECONNRESET:
+    case ECONNABORTED:
     case ENOTCONN:
     case EIO:
         return ExitUnreachable;
