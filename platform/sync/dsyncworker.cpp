@@ -72,9 +72,9 @@ bool DSyncWorker::shouldStop() const
     return m_paused->load() || m_stopping->load();
 }
 
-void DSyncWorker::fail(const QString& message, const QString& detail)
+void DSyncWorker::fail(int line, const QString& message, const QString& detail)
 {
-    LogLine::critical(this, C_sourceFile, __LINE__, message, detail);
+    LogLine::critical(this, C_sourceFile, line, message, detail);
     emit errorOccurred(detail.isEmpty() ? message : message + QStringLiteral(": ") + detail);
 }
 
@@ -94,7 +94,7 @@ void DSyncWorker::runPass(const DSyncPassJob& job)
     bool interrupted = false;
     if (!job.mirrors.isEmpty()) {
         if (job.databaseFilePath.isEmpty()) {
-            fail(QStringLiteral("Sync pass skipped, no database file path"), QString());
+            fail(__LINE__, QStringLiteral("Sync pass skipped, no database file path"), QString());
         } else {
             m_excluded.clear();
             for (const QString& pattern : job.excludedPatterns) {
@@ -113,7 +113,7 @@ void DSyncWorker::runPass(const DSyncPassJob& job)
             DSyncDatabase database(QStringLiteral("DSyncManager-%1")
                                        .arg(quintptr(QThread::currentThread()), 0, 16));
             if (!database.open(job.databaseFilePath)) {
-                fail(QStringLiteral("Cannot open the sync database"),
+                fail(__LINE__, QStringLiteral("Cannot open the sync database"),
                      job.databaseFilePath + QStringLiteral(": ") + database.lastError());
             } else {
                 for (const DSyncPassJob::Mirror& mirror : job.mirrors) {
@@ -134,11 +134,11 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
 {
     const QFileInfo localRoot(mirror.localPath);
     if (!localRoot.isDir()) {
-        fail(QStringLiteral("Local directory missing"), mirror.alias + QStringLiteral(": ") + mirror.localPath);
+        fail(__LINE__, QStringLiteral("Local directory missing"), mirror.alias + QStringLiteral(": ") + mirror.localPath);
         return EnMirrorResult::CeMirrorDone;
     }
     if (!QFileInfo(mirror.remotePath).isDir()) {
-        fail(QStringLiteral("Distant directory unreachable"), mirror.alias + QStringLiteral(": ") + mirror.remotePath);
+        fail(__LINE__, QStringLiteral("Distant directory unreachable"), mirror.alias + QStringLiteral(": ") + mirror.remotePath);
         return EnMirrorResult::CeMirrorDone;
     }
 
@@ -186,7 +186,7 @@ bool DSyncWorker::syncFile(DSyncDatabase& database, const DSyncPassJob& job, con
 
     if (distant.exists() || distant.isSymLink()) {
         if (distant.isDir()) {
-            fail(QStringLiteral("Distant path is a directory"), distantFile);
+            fail(__LINE__, QStringLiteral("Distant path is a directory"), distantFile);
             emit syncCompleted(localFile, false);
             return false;
         }
@@ -217,7 +217,7 @@ bool DSyncWorker::syncFile(DSyncDatabase& database, const DSyncPassJob& job, con
     written.distantModified = modifiedMs(copied);
     const bool stored = database.store(mirror.alias, relativePath, written);
     if (!stored)
-        fail(QStringLiteral("Copied but not recorded"), localFile);
+        fail(__LINE__, QStringLiteral("Copied but not recorded"), localFile);
     emit syncCompleted(localFile, stored);
     return stored;
 }
@@ -227,7 +227,7 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
     const QString directory = QFileInfo(distantFile).absolutePath();
     if (!m_createdDirectories.contains(directory)) {
         if (!QDir().mkpath(directory)) {
-            fail(QStringLiteral("Cannot create the distant directory"), directory);
+            fail(__LINE__, QStringLiteral("Cannot create the distant directory"), directory);
             return false;
         }
         m_createdDirectories.insert(directory);
@@ -235,7 +235,7 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
 
     QFile source(localFile);
     if (!source.open(QIODevice::ReadOnly)) {
-        fail(QStringLiteral("Cannot read the local file"), localFile + QStringLiteral(": ") + source.errorString());
+        fail(__LINE__, QStringLiteral("Cannot read the local file"), localFile + QStringLiteral(": ") + source.errorString());
         return false;
     }
     // A hidden name of our own (rather than QTemporaryFile) keeps it to one create and one rename.
@@ -246,13 +246,13 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
         temporary.open(QIODevice::WriteOnly | QIODevice::NewOnly);
     }
     if (!temporary.isOpen()) {
-        fail(QStringLiteral("Cannot write in the distant directory"),
+        fail(__LINE__, QStringLiteral("Cannot write in the distant directory"),
              directory + QStringLiteral(": ") + temporary.errorString());
         return false;
     }
-    const auto discard = [&temporary](const QString& message, const QString& detail, DSyncWorker* self) {
+    const auto discard = [&temporary, this](int line, const QString& message, const QString& detail) {
         temporary.remove();
-        self->fail(message, detail);
+        fail(line, message, detail);
         return false;
     };
     if (m_buffer.size() != C_bufferSize)
@@ -260,25 +260,25 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
     for (;;) {
         const qint64 read = source.read(m_buffer.data(), m_buffer.size());
         if (read < 0)
-            return discard(QStringLiteral("Cannot read the local file"),
-                           localFile + QStringLiteral(": ") + source.errorString(), this);
+            return discard(__LINE__, QStringLiteral("Cannot read the local file"),
+                           localFile + QStringLiteral(": ") + source.errorString());
         if (read == 0)
             break;
         if (temporary.write(m_buffer.constData(), read) != read)
-            return discard(QStringLiteral("Cannot write the distant copy"),
-                           distantFile + QStringLiteral(": ") + temporary.errorString(), this);
+            return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
+                           distantFile + QStringLiteral(": ") + temporary.errorString());
     }
     if (!temporary.flush())
-        return discard(QStringLiteral("Cannot write the distant copy"),
-                       distantFile + QStringLiteral(": ") + temporary.errorString(), this);
+        return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
+                       distantFile + QStringLiteral(": ") + temporary.errorString());
     // The copy keeps the local modification time (a failure here only costs a content check later).
     temporary.setFileTime(QDateTime::fromMSecsSinceEpoch(modified), QFileDevice::FileModificationTime);
     temporary.close();
     if (temporary.error() != QFileDevice::NoError)
-        return discard(QStringLiteral("Cannot write the distant copy"),
-                       distantFile + QStringLiteral(": ") + temporary.errorString(), this);
+        return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
+                       distantFile + QStringLiteral(": ") + temporary.errorString());
     if (!renameOver(temporary.fileName(), distantFile))
-        return discard(QStringLiteral("Cannot move the distant copy into place"), distantFile, this);
+        return discard(__LINE__, QStringLiteral("Cannot move the distant copy into place"), distantFile);
     return true;
 }
 
@@ -286,14 +286,14 @@ bool DSyncWorker::moveToTrash(const QString& trashRoot, const QString& alias, co
                               const QString& distantFile)
 {
     if (trashRoot.isEmpty()) {
-        fail(QStringLiteral("Distant file changed, no trash directory to keep it"), distantFile);
+        fail(__LINE__, QStringLiteral("Distant file changed, no trash directory to keep it"), distantFile);
         return false;
     }
     const QFileInfo relative(relativePath);
     const QString directory = QDir::cleanPath(trashRoot + QLatin1Char('/') + safeAlias(alias) + QLatin1Char('/')
                                               + relative.path());
     if (!QDir().mkpath(directory)) {
-        fail(QStringLiteral("Cannot create the trash directory"), directory);
+        fail(__LINE__, QStringLiteral("Cannot create the trash directory"), directory);
         return false;
     }
     const QString fileName = relative.fileName();
@@ -313,6 +313,6 @@ bool DSyncWorker::moveToTrash(const QString& trashRoot, const QString& alias, co
         QFile::remove(distantFile);
         return true;
     }
-    fail(QStringLiteral("Cannot move the changed distant file to the trash"), distantFile);
+    fail(__LINE__, QStringLiteral("Cannot move the changed distant file to the trash"), distantFile);
     return false;
 }

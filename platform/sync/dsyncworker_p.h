@@ -59,7 +59,7 @@ private:
     bool moveToTrash(const QString& trashRoot, const QString& alias, const QString& relativePath,
                      const QString& distantFile);
     bool isExcluded(const QString& fileName) const;
-    void fail(const QString& message, const QString& detail);
+    void fail(int line, const QString& message, const QString& detail);
 
     const std::atomic_bool* m_paused;
     const std::atomic_bool* m_stopping;
