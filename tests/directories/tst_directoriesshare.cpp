@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QSignalSpy>
+#include <QTranslator>
 #include <QtTest>
 
 #include "core/ddirectoriespaths.h"
@@ -19,6 +20,7 @@ class TestDirectoriesShare : public QObject
     Q_OBJECT
 
 private:
+    QTranslator m_catalogue;
     SambaServer m_server;
     std::unique_ptr<RegistryStation> m_station;
     std::unique_ptr<Directories> m_directories;
@@ -47,6 +49,8 @@ void TestDirectoriesShare::initTestCase()
 {
     if (!SambaServer::available())
         QSKIP("smbd or the FUSE helper is not available on this machine");
+    QVERIFY(m_catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_CATALOGUE_DIR)));
+    QCoreApplication::installTranslator(&m_catalogue);
     QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
 }
 
