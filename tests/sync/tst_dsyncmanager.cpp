@@ -317,10 +317,16 @@ void TestDSyncManager::pauseStopsAndResumeCatchesUp()
     QSignalSpy completed(manager, &DSyncManager::syncCompleted);
 
     manager->requestSync();
+    // Pause once copying has begun (watching the disk, not the queued signals).
+    QElapsedTimer waited;
+    waited.start();
+    while (QDir(remote()).isEmpty(QDir::Files) && waited.elapsed() < C_passTimeoutMs)
+        QThread::usleep(200);
     manager->pauseAll();
     QVERIFY(manager->isPausedAll());
     QVERIFY(manager->waitForIdle(C_passTimeoutMs));
     const int copiedBeforePause = completed.count();
+    QVERIFY(copiedBeforePause > 0);
     QVERIFY2(copiedBeforePause < count, "the pause did not stop the pass");
     // The file running at the pause was finished: every visible distant file is complete.
     const QStringList distant = filesUnder(remote());
