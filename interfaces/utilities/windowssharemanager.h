@@ -26,8 +26,9 @@ public:
     ~WindowsShareManager() override;
 
     // Retry schedule of server detection (ms between probes; the last value repeats) and
-    // the number of mount attempts before a permanent failure. Defaults suit a station;
-    // tests use short values.
+    // the number of mount attempts before a permanent failure. Defaults suit a station
+    // (2000, 5000, 10000, 30000 ms; 3 attempts 2000 ms apart, so that a wrong password is
+    // reported within a few seconds); tests use short values.
     void setDetectionSchedule(const QList<int>& intervalsMs);
     void setMaxMountAttempts(int attempts);
     void setMountAttemptIntervalMs(int intervalMs);

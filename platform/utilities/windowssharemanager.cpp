@@ -16,7 +16,7 @@ const char* const C_source = "platform/utilities/windowssharemanager";
 
 const QList<int> C_defaultSchedule {2000, 5000, 10000, 30000};
 const int C_defaultMaxAttempts = 3;
-const int C_defaultAttemptIntervalMs = 5000;
+const int C_defaultAttemptIntervalMs = 2000;
 const int C_defaultProbeTimeoutMs = 3000;
 const int C_mountTimeoutMs = 30000;
 const int C_unmountTimeoutMs = 10000;
@@ -24,13 +24,12 @@ const int C_helperExitTimeoutMs = 3000;
 
 enum class EnState { Idle, Detecting, WaitingToProbe, Mounting, WaitingToMount, Mounted, Failed };
 
-// The last non-empty line a mount program wrote, or a description of how it ended.
+// What a mount program wrote on stderr, on one line, or a description of how it ended.
 QString failureReason(QProcess* process)
 {
-    const QList<QByteArray> lines = process->readAllStandardError().trimmed().split('\n');
-    const QString last = QString::fromLocal8Bit(lines.last()).trimmed();
-    if (!last.isEmpty())
-        return last;
+    const QString written = QString::fromLocal8Bit(process->readAllStandardError()).simplified();
+    if (!written.isEmpty())
+        return written.left(400);
     if (process->exitStatus() == QProcess::CrashExit)
         return QStringLiteral("%1 ended abnormally").arg(QFileInfo(process->program()).fileName());
     return QStringLiteral("%1 failed with exit code %2")

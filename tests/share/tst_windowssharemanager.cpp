@@ -33,6 +33,7 @@ private Q_SLOTS:
     void retryConnectionRestartsTheSchedule();
     void invalidAddressFailsAtOnce();
     void attemptsEndInPermanentFailure();
+    void cifsAttemptLeavesNoCredentialsFile();
 };
 
 quint16 TestWindowsShareManager::closedPort()
@@ -258,6 +259,36 @@ void TestWindowsShareManager::attemptsEndInPermanentFailure()
     QVERIFY(!manager.isMounted());
     // The mount point it created is gone again.
     QVERIFY(!QFileInfo::exists(mountPoint));
+}
+
+void TestWindowsShareManager::cifsAttemptLeavesNoCredentialsFile()
+{
+    // Whatever mount says (no kernel client here, or no SMB on the port), the attempt fails
+    // with its words and the temporary credentials file is gone afterwards.
+    QTcpServer mute;
+    QVERIFY(mute.listen(QHostAddress::LocalHost));
+    connect(&mute, &QTcpServer::newConnection, &mute, [&mute]() {
+        while (QTcpSocket* connection = mute.nextPendingConnection()) {
+            connection->close();
+            connection->deleteLater();
+        }
+    });
+    QTemporaryDir temp;
+    QVERIFY(temp.isValid());
+    const QByteArray oldTemp = qgetenv("TMPDIR");
+    qputenv("TMPDIR", temp.path().toLocal8Bit());
+    WindowsShareManager manager(QStringLiteral("127.0.0.1:%1").arg(mute.serverPort()), QStringLiteral("PLANT"),
+                                QStringLiteral("operator"), QStringLiteral("Secret123"), QStringLiteral("data"),
+                                m_dir.filePath(QStringLiteral("E")), QStringLiteral("E"), 1000);
+    manager.setMaxMountAttempts(1);
+    QSignalSpy permanent(&manager, &WindowsShareManager::permanentMountFailure);
+    manager.start();
+    const bool failed = permanent.wait(30000);
+    qputenv("TMPDIR", oldTemp);
+    QVERIFY(failed);
+    QVERIFY(!permanent.at(0).at(0).toString().isEmpty());
+    QCOMPARE(QDir(temp.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    QVERIFY(!manager.isMounted());
 }
 
 QTEST_GUILESS_MAIN(TestWindowsShareManager)
