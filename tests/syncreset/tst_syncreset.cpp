@@ -176,7 +176,7 @@ void TestSyncReset::busyManagerWipesAfterIdleWait()
     QTest::qWait(4000);
     QVERIFY(!m_fake->calls.contains("wipe"));
     QTRY_VERIFY_WITH_TIMEOUT(m_fake->calls.contains("wipe"), 4000);
-    QVERIFY(clock.elapsed() >= 4900);
+    QVERIFY(clock.elapsed() >= 4700);
 
     // The wait-for-idle connection was dropped: a late idle report does not wipe again.
     m_fake->setIdle(true);
@@ -234,9 +234,10 @@ void TestSyncReset::watchdogExpiryCountsAsSuccess()
     QElapsedTimer clock;
     clock.start();
     m_directories->resetSyncDatabase();
-    // The manager never reports idle after the resync request: the 5 s watchdog decides.
+    // The manager never reports idle after the resync request: the 5 s watchdog decides
+    // (coarse timers may fire up to 5 % early).
     QVERIFY(done.wait(8000));
-    QVERIFY(clock.elapsed() >= 4900);
+    QVERIFY2(clock.elapsed() >= 4700, qPrintable(QString::number(clock.elapsed()) + " " + m_fake->calls.join(",")));
     QCOMPARE(done.at(0).at(0).toBool(), true);
 }
 
