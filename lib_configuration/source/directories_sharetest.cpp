@@ -14,6 +14,7 @@
 namespace {
 const char* const C_sourceFile = "lib_configuration/source/directories";
 
+const QString C_networkType = QStringLiteral("samba");
 const QString C_testFolderName = QStringLiteral("__TEST_CONNECTION__");
 const QString C_probeFileName = QStringLiteral("__TEST_CONNECTION__.txt");
 const QString C_probeContentPrefix = QStringLiteral("Velquist connection test - ");
@@ -53,8 +54,10 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
                           orphanPath + QStringLiteral(" - it may not be empty. Manual cleanup required."));
     }
 
-    m_testFolder = Folder::configure(QStringLiteral("samba"), C_testFolderName, C_testFolderName, path, domain,
-                                     address, identifier, password, true, false, C_testPollingIntervalMs);
+    // Configured disabled, so that nothing mounts before its signals are connected (the share
+    // manager reports a bad address at once, inside start()); enabling it below mounts it.
+    m_testFolder = Folder::configure(C_networkType, C_testFolderName, C_testFolderName, path, domain, address,
+                                     identifier, password, false, false, C_testPollingIntervalMs);
     if (m_testFolder.isNull()) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("ERROR: Failed to create test folder"));
         m_testInProgress = false;
@@ -64,8 +67,6 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
         return;
     }
 
-    // The share manager reports from the event loop, so nothing is missed by connecting
-    // after configure() has started mounting.
     connect(m_testFolder.data(), &Folder::availabilityChanged, this, [this](const QString&, bool availability) {
         if (availability)
             QTimer::singleShot(C_fileTestDelayMs, this, &Directories::testFileOperations);
@@ -91,6 +92,9 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
     });
     m_testTimer.setSingleShot(true);
     m_testTimer.start(C_testTimeLimitMs);
+
+    // A failure reported at once ends the test right here (cleanup stops the timer again).
+    m_testFolder->update(C_networkType, C_testFolderName, path, domain, address, identifier, password, true, false);
 }
 
 void Directories::setTestResult(bool success, const QString& message)
