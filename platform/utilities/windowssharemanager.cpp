@@ -32,6 +32,8 @@ QString failureReason(QProcess* process)
         return written.left(400);
     if (process->exitStatus() == QProcess::CrashExit)
         return QStringLiteral("%1 ended abnormally").arg(QFileInfo(process->program()).fileName());
+    if (process->exitCode() == 0)
+        return QStringLiteral("%1 ended").arg(QFileInfo(process->program()).fileName());
     return QStringLiteral("%1 failed with exit code %2")
         .arg(QFileInfo(process->program()).fileName())
         .arg(process->exitCode());

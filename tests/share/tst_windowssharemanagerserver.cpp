@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -70,6 +71,7 @@ private Q_SLOTS:
     void mountsAndServesFiles();
     void wrongPasswordFailsPermanently();
     void stoppedServerDisconnectsAndRemounts();
+    void unmountedBehindItsBackMountsAgain();
     void destructorLeavesNoMount();
 };
 
@@ -199,6 +201,22 @@ void TestWindowsShareManagerServer::stoppedServerDisconnectsAndRemounts()
     QVERIFY(share->isMounted());
     QVERIFY(QFileInfo(share->mountPoint()).isDir());
     QVERIFY(QDir(share->mountPoint()).exists());
+}
+
+void TestWindowsShareManagerServer::unmountedBehindItsBackMountsAgain()
+{
+    auto share = manager(QStringLiteral("Taken"), m_server.password());
+    QSignalSpy connection(share.get(), &WindowsShareManager::connectionChanged);
+    share->start();
+    QVERIFY(connection.wait(C_timeoutMs));
+
+    QCOMPARE(QProcess::execute(QStringLiteral("fusermount3"), {QStringLiteral("-u"), share->mountPoint()}), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(connection.count(), 2, C_timeoutMs);
+    QCOMPARE(connection.at(1).at(1).toBool(), false);
+    QTRY_COMPARE_WITH_TIMEOUT(connection.count(), 3, C_timeoutMs);
+    QCOMPARE(connection.at(2).at(1).toBool(), true);
+    QVERIFY(share->isMounted());
+    QVERIFY(!mountTypeAt(share->mountPoint()).isEmpty());
 }
 
 void TestWindowsShareManagerServer::destructorLeavesNoMount()
