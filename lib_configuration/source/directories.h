@@ -131,9 +131,6 @@ public:
 
     // --- Share connection test --------------------------------------------------------
     bool testInProgress() const { return m_testInProgress; }
-    // The temporary folder of the running test, null when none (its status signals and share
-    // manager show how far the test got).
-    QSharedPointer<Folder> testFolder() const { return m_testFolder; }
     void setTestResult(bool success, const QString& message);
     void cleanupTestFolder();
     void testFileOperations();
