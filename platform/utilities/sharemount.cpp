@@ -24,8 +24,9 @@ QString findSystemProgram(const QString& name)
     const QString found = QStandardPaths::findExecutable(name);
     if (!found.isEmpty())
         return found;
-    const QString inSbin = QStandardPaths::findExecutable(
-        name, {QStringLiteral("/usr/sbin"), QStringLiteral("/sbin"), QStringLiteral("/usr/bin"), QStringLiteral("/bin")});
+    const QStringList systemDirs {QStringLiteral("/usr/sbin"), QStringLiteral("/sbin"), QStringLiteral("/usr/bin"),
+                                  QStringLiteral("/bin")};
+    const QString inSbin = QStandardPaths::findExecutable(name, systemDirs);
     return inSbin.isEmpty() ? name : inSbin;
 }
 

@@ -113,8 +113,10 @@ void WindowsShareManager::Private::beginDetection()
     if (!target.isValid()) {
         // Nothing to probe: the attempt fails at once with the reason.
         state = EnState::Failed;
-        const QString reason = QStringLiteral("invalid server address or share path: %1 %2").arg(serverAddress, sharePath);
-        LogLine::critical(q, C_source, __LINE__, QStringLiteral("Cannot mount"), aliasName + QStringLiteral(": ") + reason);
+        const QString reason =
+            QStringLiteral("invalid server address or share path: %1 %2").arg(serverAddress, sharePath);
+        LogLine::critical(q, C_source, __LINE__, QStringLiteral("Cannot mount"),
+                          aliasName + QStringLiteral(": ") + reason);
         emit q->permanentMountFailure(reason);
         return;
     }
@@ -315,7 +317,8 @@ void WindowsShareManager::Private::attemptFailed(const QString& reason)
     }
     state = EnState::Failed;
     emit q->mountAttemptFailed(failedAttempt, maxAttempts, reason);
-    LogLine::critical(q, C_source, __LINE__, QStringLiteral("Giving up mounting"), aliasName + QStringLiteral(": ") + reason);
+    LogLine::critical(q, C_source, __LINE__, QStringLiteral("Giving up mounting"),
+                      aliasName + QStringLiteral(": ") + reason);
     emit q->permanentMountFailure(reason);
 }
 
@@ -503,7 +506,8 @@ void WindowsShareManager::setDetectionSchedule(const QList<int>& intervalsMs)
             schedule.append(interval);
     }
     if (schedule.isEmpty()) {
-        LogLine::critical(this, C_source, __LINE__, QStringLiteral("Empty detection schedule, keeping the current one"));
+        LogLine::critical(this, C_source, __LINE__,
+                          QStringLiteral("Empty detection schedule, keeping the current one"));
         return;
     }
     d->schedule = schedule;

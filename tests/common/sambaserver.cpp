@@ -84,9 +84,10 @@ bool SambaServer::ensureUser()
     useradd.start(findProgram(QStringLiteral("useradd")),
                   {QStringLiteral("--no-create-home"), QStringLiteral("--shell"), QStringLiteral("/usr/sbin/nologin"),
                    QString::fromLatin1(C_user)});
-    if (!useradd.waitForFinished(30000) || useradd.exitCode() != 0) {
-        m_error = QStringLiteral("cannot create user %1: %2").arg(QString::fromLatin1(C_user),
-                                                                   QString::fromLocal8Bit(useradd.readAllStandardError()));
+    // Another test started at the same time may have created it meanwhile.
+    if ((!useradd.waitForFinished(30000) || useradd.exitCode() != 0) && !userExists()) {
+        m_error = QStringLiteral("cannot create user %1: %2")
+                      .arg(QString::fromLatin1(C_user), QString::fromLocal8Bit(useradd.readAllStandardError()));
         return false;
     }
     return userExists();

@@ -9,7 +9,8 @@ class QTemporaryDir;
 // A private Samba server (smbd) on 127.0.0.1 for share tests: its own smb.conf, state and
 // log directories in a temporary directory, a free port picked at the first start and kept
 // across stop()/start() (so a client can reconnect), a writable share and a read-only
-// share, and one Unix/Samba user ("stationtest", created when missing; needs root).
+// share, and one Unix/Samba user ("stationtest", created when missing; needs root). Files
+// written through the writable share belong to root on the server side.
 //
 //     if (!SambaServer::available())
 //         QSKIP("smbd is not installed");

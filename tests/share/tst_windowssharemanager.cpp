@@ -108,7 +108,8 @@ void TestWindowsShareManager::cifsCommandKeepsPasswordInTheCredentialsFile()
 {
     QFETCH(QString, password);
     QFETCH(QString, domain);
-    const ShareMount::Target target = ShareMount::parseTarget(QStringLiteral("fileserver:1445"), QStringLiteral("data/sub"));
+    const ShareMount::Target target =
+        ShareMount::parseTarget(QStringLiteral("fileserver:1445"), QStringLiteral("data/sub"));
     const QString credentials = m_dir.filePath(QStringLiteral("cred"));
     const ShareMount::Command command =
         ShareMount::cifsMountCommand(target, QStringLiteral("/mnt/data"), credentials, QStringLiteral("operator"),
