@@ -548,8 +548,17 @@ int main(int argc, char* argv[])
     }
     smbc_closedir(probe);
 
+    /* Commas and backslashes of the share name are escaped for the option parser. */
+    char fsname[2048];
+    size_t length = 0;
+    for (const char* p = shareText; *p && length + 2 < sizeof(fsname); ++p) {
+        if (*p == ',' || *p == '\\')
+            fsname[length++] = '\\';
+        fsname[length++] = *p;
+    }
+    fsname[length] = '\0';
     char options[4096];
-    snprintf(options, sizeof(options), "fsname=%s,subtype=smb%s%s", shareText, fuseOptions ? "," : "",
+    snprintf(options, sizeof(options), "fsname=%s,subtype=smb%s%s", fsname, fuseOptions ? "," : "",
              fuseOptions ? fuseOptions : "");
     char* fuseArgv[] = {argv[0], "-o", options, NULL};
     struct fuse_args args = FUSE_ARGS_INIT(3, fuseArgv);
