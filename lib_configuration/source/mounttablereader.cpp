@@ -189,7 +189,9 @@ bool MountTableReader::isOnRemoteFileSystem(const QString& path)
         QList<Entry> entries;
         if (!read(entries))
             return false;
-        const int index = indexOfMountHolding(entries, probe);
+        // The file system answered statfs, so resolving links cannot hang on it.
+        const QString canonical = QFileInfo(probe).canonicalFilePath();
+        const int index = indexOfMountHolding(entries, canonical.isEmpty() ? probe : canonical);
         return index >= 0 && isRemoteFileSystemType(entries.at(index).fileSystemType, entries.at(index).source);
     }
     default:

@@ -22,7 +22,6 @@ private slots:
     void getPathRelativeToItsAlias();
     void getFolderPathFromAlias_data();
     void getFolderPathFromAlias();
-    void getFolderPathFromAliasWithoutDefault();
     void getMountedPathFromAdress_data();
     void getMountedPathFromAdress();
     void networkAddressToLocalDrive_data();
@@ -35,8 +34,6 @@ private slots:
     void isFileMatchingMode();
     void uriToPath_data();
     void uriToPath();
-    void getUrlOfFile_data();
-    void getUrlOfFile();
 
 private:
     void addFolder(const QString& type, const QString& alias, const QString& path,
@@ -172,18 +169,6 @@ void TestDirectoriesTranslation::getFolderPathFromAlias()
     QFETCH(QString, defaultPath);
     QFETCH(QString, expected);
     QCOMPARE(m_directories->getFolderPathFromAlias(alias, defaultPath), expected);
-}
-
-// QML may call it with the alias alone.
-void TestDirectoriesTranslation::getFolderPathFromAliasWithoutDefault()
-{
-    QString result = "unset";
-    QVERIFY(QMetaObject::invokeMethod(m_directories, "getFolderPathFromAlias", Q_RETURN_ARG(QString, result),
-                                      Q_ARG(QString, "Nobody")));
-    QCOMPARE(result, QString());
-    QVERIFY(QMetaObject::invokeMethod(m_directories, "getFolderPathFromAlias", Q_RETURN_ARG(QString, result),
-                                      Q_ARG(QString, "Stick")));
-    QCOMPARE(result, QString("data"));
 }
 
 void TestDirectoriesTranslation::getMountedPathFromAdress_data()
@@ -334,21 +319,6 @@ void TestDirectoriesTranslation::uriToPath()
     QFETCH(QString, uri);
     QFETCH(QString, expected);
     QCOMPARE(m_directories->uriToPath(uri), expected);
-}
-
-void TestDirectoriesTranslation::getUrlOfFile_data()
-{
-    QTest::addColumn<QString>("filePath");
-    QTest::addColumn<QUrl>("expected");
-    QTest::newRow("empty path gives an empty URL") << "" << QUrl();
-    QTest::newRow("absolute path gives a file URL") << "/data/a b.csv" << QUrl::fromLocalFile("/data/a b.csv");
-}
-
-void TestDirectoriesTranslation::getUrlOfFile()
-{
-    QFETCH(QString, filePath);
-    QFETCH(QUrl, expected);
-    QCOMPARE(m_directories->getUrlOfFile(filePath), expected);
 }
 
 QTEST_GUILESS_MAIN(TestDirectoriesTranslation)
