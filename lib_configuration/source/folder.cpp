@@ -105,6 +105,7 @@ bool Folder::update(const QString& type, const QString& aliasName, const QString
         QThread::msleep(C_renameWaitMs);
         if (QFileInfo::exists(oldMountPoint) && QDir().rename(oldMountPoint, newMountPoint)) {
             m_aliasName = aliasName;
+            m_shareManager->setMountPoint(newMountPoint);
             m_shareManager->start();
             emit sigChanged();
             return true;
@@ -495,6 +496,11 @@ void Folder::dropShareManager()
 {
     if (!m_shareManager)
         return;
+    // Unmounted now rather than at the deferred deletion, so that a new manager never mounts
+    // over the old share and the availability published below is already true to the disk.
+    disconnect(m_shareManager, nullptr, this, nullptr);
+    m_shareManager->umountWindowsShare();
     m_shareManager->deleteLater();
     m_shareManager.clear();
+    updateAvailability();
 }

@@ -187,6 +187,7 @@ private slots:
 
 private:
     void buildModels();
+    // Unmounts and releases the share manager at once, then republishes availability.
     void dropShareManager();
 
     QString m_id;
