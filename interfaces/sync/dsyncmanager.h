@@ -29,6 +29,7 @@
 // - requestSync() during a pass queues one more pass; while paused it is remembered and run by
 //   resumeAll(). Timer ticks during a pass are dropped.
 // - idleChanged() is emitted on the manager's own thread, after the per-file signals of the pass.
+// - syncStarted/syncCompleted carry the local file's path; errorOccurred carries an English text.
 // - Destruction stops the pass after the file being copied and waits for it.
 class DSyncManager : public QObject
 {
