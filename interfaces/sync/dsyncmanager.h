@@ -14,6 +14,8 @@
 // Choices of this implementation:
 // - The constructor only stores its arguments: the worker thread and the timer start with the
 //   first addDirectory() or requestSync(), the database is opened only for a pass.
+// - addDirectory() refuses empty arguments and overlapping directories (log line); adding an
+//   alias again replaces its directories.
 // - intervalMs <= 0 disables periodic passes (passes then run on requestSync() only).
 // - A file is copied when its size or modification time differ from the record of its last
 //   copy; it reaches the distant side under a hidden temporary name (".dsync-*.part") in the
