@@ -39,6 +39,12 @@ QSharedPointer<Folder> makeFolder(const QString& type, const QString& alias, con
                              QStringLiteral("operator"), QStringLiteral("s3cret"), enabled, false, 5000);
 }
 
+QSharedPointer<Folder> removableFolder(const QString& alias, const QString& path, int pollingInterval)
+{
+    return Folder::configure(QStringLiteral("external"), QString(), alias, path, QString(), QString(), QString(),
+                             QString(), true, false, pollingInterval);
+}
+
 QStringList rowIds(const QVariantList& rows)
 {
     QStringList ids;
@@ -270,9 +276,7 @@ void TestFolder::pollingFloor()
     QFETCH(int, initial);
     QFETCH(int, set);
     QFETCH(int, expected);
-    const auto folder = Folder::configure(QStringLiteral("external"), QString(), QStringLiteral("Usb"),
-                                          QStringLiteral("usb"), QString(), QString(), QString(), QString(), true,
-                                          false, initial);
+    const auto folder = removableFolder(QStringLiteral("Usb"), QStringLiteral("usb"), initial);
     if (set)
         folder->setPollingInterval(set);
     QCOMPARE(folder->pollingInterval(), expected);
@@ -445,9 +449,7 @@ struct AvailabilityLog
 
 void TestFolder::removableFolderSignalsOnceAndPolls()
 {
-    const auto folder = Folder::configure(QStringLiteral("external"), QString(), QStringLiteral("Stick"),
-                                          QStringLiteral("stick1"), QString(), QString(), QString(), QString(), true,
-                                          false, 1000);
+    const auto folder = removableFolder(QStringLiteral("Stick"), QStringLiteral("stick1"), 1000);
     AvailabilityLog log(folder.data());
     QVERIFY(QMetaObject::invokeMethod(folder.data(), "updateAvailability"));
     QVERIFY(QMetaObject::invokeMethod(folder.data(), "updateAvailability"));
@@ -486,9 +488,7 @@ void TestFolder::removableFolderSignalsOnceAndPolls()
 void TestFolder::removableConnectedTwiceChecksOnce()
 {
     QVERIFY(QDir().mkpath(m_removableRoot + QStringLiteral("/stick2")));
-    const auto folder = Folder::configure(QStringLiteral("external"), QString(), QStringLiteral("Stick2"),
-                                          QStringLiteral("stick2"), QString(), QString(), QString(), QString(), true,
-                                          false, 60000);
+    const auto folder = removableFolder(QStringLiteral("Stick2"), QStringLiteral("stick2"), 60000);
     AvailabilityLog log(folder.data());
     folder->removableStorageStateChanged(true);
     QCOMPARE(log.events, (QStringList{"isAvailableChanged 1", "availabilityChanged Stick2 1"}));
@@ -508,9 +508,7 @@ void TestFolder::removableConnectedTwiceChecksOnce()
 void TestFolder::removableMountEventOfOtherPathIgnored()
 {
     QVERIFY(QDir().mkpath(m_removableRoot + QStringLiteral("/stick3")));
-    const auto folder = Folder::configure(QStringLiteral("external"), QString(), QStringLiteral("Stick3"),
-                                          QStringLiteral("stick3"), QString(), QString(), QString(), QString(), true,
-                                          false, 60000);
+    const auto folder = removableFolder(QStringLiteral("Stick3"), QStringLiteral("stick3"), 60000);
     folder->removableStorageStateChanged(true);
     QVERIFY(folder->isAvailable());
     AvailabilityLog log(folder.data());
