@@ -44,6 +44,19 @@ bool isMountPoint(const QString& path)
     return false;
 }
 
+// Processes (mount helpers) whose command line names `path`.
+int processesNaming(const QString& path)
+{
+    int count = 0;
+    const QStringList pids = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& pid : pids) {
+        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(pid));
+        if (cmdline.open(QIODevice::ReadOnly) && cmdline.readAll().contains(path.toUtf8()))
+            ++count;
+    }
+    return count;
+}
+
 QStringList states(const QSignalSpy& spy)
 {
     QStringList list;
@@ -139,7 +152,9 @@ void TestFolderShare::cleanupTestCase()
 {
     QCoreApplication::removeTranslator(&m_translator);
     m_server.stop();
+    QVERIFY(!m_server.isRunning());
     QVERIFY(!mountsUnderRoot());
+    QTRY_COMPARE_WITH_TIMEOUT(processesNaming(m_mountRoot), 0, 10000);
     PreConfiguration::clear();
 }
 
@@ -156,6 +171,7 @@ void TestFolderShare::mountsWithStatusMaps()
     QVERIFY(folder->isAvailable());
     QVERIFY(isMountPoint(folder->mountedPath()));
     QVERIFY(folder->shareManager()->isMounted());
+    QCOMPARE(processesNaming(folder->mountedPath()), 1); // its mount helper
     QCOMPARE(failures.count(), 0);
 
     const QStringList seen = states(status);
