@@ -4,8 +4,9 @@
 
 // Process-wide table of station pre-configuration parameters, loaded from the station's
 // pre-configuration file (a JSON object). Relative path values are resolved against the
-// directory of that file when loaded: a string parameter whose name ends in "Path" (such as
-// "configDirPath", "syncDatabaseFilePath") and whose value is a relative path becomes absolute.
+// directory of that file when loaded: a string parameter whose name ends in "Path" or "Folder"
+// (such as "configDirPath", "systemUpdateFolder") and whose value is a relative path becomes
+// absolute.
 class PreConfiguration
 {
 public:

@@ -140,6 +140,15 @@ DZuConfiguration* DZuConfiguration::initInstance(AccessControlManager* accessCon
         const QString trashDirectoryPath = PreConfiguration::getTrashStorageDirectoryPath();
         const QString syncDatabaseFilePath = PreConfiguration::syncDatabaseFilePath();
 
+        // A station other than the embedded target (a development computer, a demo) may name
+        // another time-zone program and compositor file; the load below already uses them.
+        const QString timeZoneCommand = PreConfiguration::getParameter(QStringLiteral("timeZoneCommandPath")).toString();
+        if (!timeZoneCommand.isEmpty())
+            setTimeZoneCommand(timeZoneCommand);
+        const QString compositorConfig = PreConfiguration::getParameter(QStringLiteral("compositorConfigPath")).toString();
+        if (!compositorConfig.isEmpty())
+            setCompositorConfigPath(compositorConfig);
+
         m_instance = new DZuConfiguration(configDirPath, configFilename, removableStoragePath, accessControl,
                                           syncDatabaseFilePath, trashDirectoryPath);
     }

@@ -18,7 +18,7 @@ QVariantMap g_parameters;
 
 bool isPathParameter(const QString& name)
 {
-    return name.endsWith(QLatin1String("Path"));
+    return name.endsWith(QLatin1String("Path")) || name.endsWith(QLatin1String("Folder"));
 }
 
 QString stringParameter(const QString& name)

@@ -57,6 +57,7 @@ void TestPreConfiguration::resolvesRelativePathsAgainstFileDirectory()
     QVERIFY(QDir().mkpath(dir.filePath("etc")));
     QVERIFY(writeBytes(path, R"({
         "configDirPath": "config",
+        "systemUpdateFolder": "update",
         "usbKeyMountPath": "../media/usb",
         "internalStorageDirPath": "/data/internal",
         "syncDatabaseFilePath": "./db/sync.sqlite",
@@ -70,6 +71,7 @@ void TestPreConfiguration::resolvesRelativePathsAgainstFileDirectory()
     QVERIFY(PreConfiguration::load(path));
     const QString base = QFileInfo(dir.path()).absoluteFilePath();
     QCOMPARE(PreConfiguration::getParameter("configDirPath").toString(), base + "/etc/config");
+    QCOMPARE(PreConfiguration::getParameter("systemUpdateFolder").toString(), base + "/etc/update");
     QCOMPARE(PreConfiguration::getParameter("usbKeyMountPath").toString(), base + "/media/usb");
     QCOMPARE(PreConfiguration::syncDatabaseFilePath(), base + "/etc/db/sync.sqlite");
     QCOMPARE(PreConfiguration::getInternalStorageDirectoryPath(), QStringLiteral("/data/internal"));
