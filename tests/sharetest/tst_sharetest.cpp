@@ -52,6 +52,7 @@ private slots:
     void goodShareSucceedsAndLeavesNothingBehind();
     void wrongPasswordReportsTheReason();
     void silentServerTimesOut();
+    void unusableAddressFailsWithoutWaiting();
     void readOnlyShareCannotBeWritten();
     void requestsDuringATestAreRefused();
     void leftoverTestDirectory_data();
@@ -207,6 +208,16 @@ void TestShareConnectionTest::silentServerTimesOut()
     QVERIFY2(elapsedMs >= 9500, qPrintable(QString::number(elapsedMs)));
     QVERIFY(!results.wait(500));
     QCOMPARE(results.count(), 1);
+}
+
+// The share manager refuses such an address inside start(): the test still hears it.
+void TestShareConnectionTest::unusableAddressFailsWithoutWaiting()
+{
+    const Result result = runTest(QString(), m_server.password(), m_server.shareName());
+    QVERIFY(!result.success);
+    QVERIFY2(result.message.startsWith("Directories_Connection_failed: Unable to mount " + C_testFolder + " ("),
+             qPrintable(result.message));
+    QVERIFY(!result.inProgressAtResult);
 }
 
 void TestShareConnectionTest::readOnlyShareCannotBeWritten()
