@@ -155,5 +155,489 @@
         <source>Unable to mount %1 (%2). Please check the network configuration.</source>
         <translation>Unable to mount %1 (%2). Please check the network configuration.</translation>
     </message>
+    <message id="StationSettings_Add">
+        <source>Add</source>
+        <translation>Add</translation>
+    </message>
+    <message id="StationSettings_Apply">
+        <source>Apply</source>
+        <translation>Apply</translation>
+    </message>
+    <message id="StationSettings_Cancel">
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message id="StationSettings_Change">
+        <source>Change</source>
+        <translation>Change</translation>
+    </message>
+    <message id="StationSettings_Delete">
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message id="StationSettings_Folders_address">
+        <source>Server address</source>
+        <translation>Server address</translation>
+    </message>
+    <message id="StationSettings_Folders_alias">
+        <source>Alias</source>
+        <translation>Alias</translation>
+    </message>
+    <message id="StationSettings_Folders_applied">
+        <source>Folder %1 applied; save to keep it.</source>
+        <translation>Folder %1 applied; save to keep it.</translation>
+    </message>
+    <message id="StationSettings_Folders_available">
+        <source>Available</source>
+        <translation>Available</translation>
+    </message>
+    <message id="StationSettings_Folders_choose">
+        <source>Choose a folder in the list, or create a new one.</source>
+        <translation>Choose a folder in the list, or create a new one.</translation>
+    </message>
+    <message id="StationSettings_Folders_counters">
+        <source>Network folders: %1 of %2 connected - removable: %3 of %4</source>
+        <translation>Network folders: %1 of %2 connected - removable: %3 of %4</translation>
+    </message>
+    <message id="StationSettings_Folders_disabled">
+        <source>Disabled</source>
+        <translation>Disabled</translation>
+    </message>
+    <message id="StationSettings_Folders_domain">
+        <source>Domain</source>
+        <translation>Domain</translation>
+    </message>
+    <message id="StationSettings_Folders_enabled">
+        <source>Enabled</source>
+        <translation>Enabled</translation>
+    </message>
+    <message id="StationSettings_Folders_login">
+        <source>Login</source>
+        <translation>Login</translation>
+    </message>
+    <message id="StationSettings_Folders_new">
+        <source>New folder</source>
+        <translation>New folder</translation>
+    </message>
+    <message id="StationSettings_Folders_password">
+        <source>Password</source>
+        <translation>Password</translation>
+    </message>
+    <message id="StationSettings_Folders_path">
+        <source>Path</source>
+        <translation>Path</translation>
+    </message>
+    <message id="StationSettings_Folders_retry">
+        <source>Retry connection</source>
+        <translation>Retry connection</translation>
+    </message>
+    <message id="StationSettings_Folders_role">
+        <source>Role</source>
+        <translation>Role</translation>
+    </message>
+    <message id="StationSettings_Folders_status_detecting">
+        <source>Looking for the server %1</source>
+        <translation>Looking for the server %1</translation>
+    </message>
+    <message id="StationSettings_Folders_status_mounted">
+        <source>Connected</source>
+        <translation>Connected</translation>
+    </message>
+    <message id="StationSettings_Folders_status_mounting">
+        <source>Connecting, attempt %1 of %2</source>
+        <translation>Connecting, attempt %1 of %2</translation>
+    </message>
+    <message id="StationSettings_Folders_status_retrying">
+        <source>Server %1 answered, connecting</source>
+        <translation>Server %1 answered, connecting</translation>
+    </message>
+    <message id="StationSettings_Folders_test_connection">
+        <source>Test connection</source>
+        <translation>Test connection</translation>
+    </message>
+    <message id="StationSettings_Folders_testing">
+        <source>Testing the connection...</source>
+        <translation>Testing the connection...</translation>
+    </message>
+    <message id="StationSettings_Folders_type">
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message id="StationSettings_Folders_unavailable">
+        <source>Unavailable</source>
+        <translation>Unavailable</translation>
+    </message>
+    <message id="StationSettings_General_force_auto_logout">
+        <source>Log every user out automatically</source>
+        <translation>Log every user out automatically</translation>
+    </message>
+    <message id="StationSettings_General_hide_production_timer">
+        <source>Hide the production timer</source>
+        <translation>Hide the production timer</translation>
+    </message>
+    <message id="StationSettings_General_inactivity_timeout">
+        <source>Logout after inactivity (seconds)</source>
+        <translation>Logout after inactivity (seconds)</translation>
+    </message>
+    <message id="StationSettings_General_operator">
+        <source>Operator</source>
+        <translation>Operator</translation>
+    </message>
+    <message id="StationSettings_General_operator_cannot_select_sequence">
+        <source>The operator cannot choose the sequence</source>
+        <translation>The operator cannot choose the sequence</translation>
+    </message>
+    <message id="StationSettings_General_production_line">
+        <source>Production line</source>
+        <translation>Production line</translation>
+    </message>
+    <message id="StationSettings_General_sequence_warning_threshold">
+        <source>Sequence warning threshold (%)</source>
+        <translation>Sequence warning threshold (%)</translation>
+    </message>
+    <message id="StationSettings_General_sound">
+        <source>Sound</source>
+        <translation>Sound</translation>
+    </message>
+    <message id="StationSettings_General_storage_warning_limit">
+        <source>Storage warning when less than (%) is free</source>
+        <translation>Storage warning when less than (%) is free</translation>
+    </message>
+    <message id="StationSettings_General_timeouts">
+        <source>Timeouts and limits</source>
+        <translation>Timeouts and limits</translation>
+    </message>
+    <message id="StationSettings_General_version">
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message id="StationSettings_General_volume">
+        <source>Volume</source>
+        <translation>Volume</translation>
+    </message>
+    <message id="StationSettings_General_workplace">
+        <source>Workplace</source>
+        <translation>Workplace</translation>
+    </message>
+    <message id="StationSettings_General_workplace_name">
+        <source>Workplace name</source>
+        <translation>Workplace name</translation>
+    </message>
+    <message id="StationSettings_Header_line_and_directory">
+        <source>Line: %1 - station directory: %2</source>
+        <translation>Line: %1 - station directory: %2</translation>
+    </message>
+    <message id="StationSettings_Page_folders">
+        <source>Folders</source>
+        <translation>Folders</translation>
+    </message>
+    <message id="StationSettings_Page_general">
+        <source>General</source>
+        <translation>General</translation>
+    </message>
+    <message id="StationSettings_Page_regional">
+        <source>Regional settings</source>
+        <translation>Regional settings</translation>
+    </message>
+    <message id="StationSettings_Page_sequencer">
+        <source>Sequencer</source>
+        <translation>Sequencer</translation>
+    </message>
+    <message id="StationSettings_Page_sync">
+        <source>Synchronisation</source>
+        <translation>Synchronisation</translation>
+    </message>
+    <message id="StationSettings_Page_templates">
+        <source>Templates and logo</source>
+        <translation>Templates and logo</translation>
+    </message>
+    <message id="StationSettings_Regional_city">
+        <source>City</source>
+        <translation>City</translation>
+    </message>
+    <message id="StationSettings_Regional_custom_ntp">
+        <source>Custom server</source>
+        <translation>Custom server</translation>
+    </message>
+    <message id="StationSettings_Regional_custom_ntp_placeholder">
+        <source>host name or address</source>
+        <translation>host name or address</translation>
+    </message>
+    <message id="StationSettings_Regional_date_format">
+        <source>Date format</source>
+        <translation>Date format</translation>
+    </message>
+    <message id="StationSettings_Regional_display">
+        <source>Display</source>
+        <translation>Display</translation>
+    </message>
+    <message id="StationSettings_Regional_display_date">
+        <source>Show the date</source>
+        <translation>Show the date</translation>
+    </message>
+    <message id="StationSettings_Regional_display_seconds">
+        <source>Show the seconds</source>
+        <translation>Show the seconds</translation>
+    </message>
+    <message id="StationSettings_Regional_distance">
+        <source>Distance</source>
+        <translation>Distance</translation>
+    </message>
+    <message id="StationSettings_Regional_formats">
+        <source>Formats</source>
+        <translation>Formats</translation>
+    </message>
+    <message id="StationSettings_Regional_hour_format">
+        <source>Hour format</source>
+        <translation>Hour format</translation>
+    </message>
+    <message id="StationSettings_Regional_keyboard">
+        <source>Keyboard</source>
+        <translation>Keyboard</translation>
+    </message>
+    <message id="StationSettings_Regional_language">
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message id="StationSettings_Regional_language_keyboard">
+        <source>Language and keyboard</source>
+        <translation>Language and keyboard</translation>
+    </message>
+    <message id="StationSettings_Regional_region">
+        <source>Region</source>
+        <translation>Region</translation>
+    </message>
+    <message id="StationSettings_Regional_server">
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message id="StationSettings_Regional_temperature">
+        <source>Temperature</source>
+        <translation>Temperature</translation>
+    </message>
+    <message id="StationSettings_Regional_time_now">
+        <source>Time now</source>
+        <translation>Time now</translation>
+    </message>
+    <message id="StationSettings_Regional_time_server">
+        <source>Time server</source>
+        <translation>Time server</translation>
+    </message>
+    <message id="StationSettings_Regional_time_zone">
+        <source>Time zone</source>
+        <translation>Time zone</translation>
+    </message>
+    <message id="StationSettings_Regional_torque">
+        <source>Torque</source>
+        <translation>Torque</translation>
+    </message>
+    <message id="StationSettings_Regional_units">
+        <source>Units</source>
+        <translation>Units</translation>
+    </message>
+    <message id="StationSettings_Regional_use_default_ntp">
+        <source>Use the default time server</source>
+        <translation>Use the default time server</translation>
+    </message>
+    <message id="StationSettings_Regional_weight">
+        <source>Weight</source>
+        <translation>Weight</translation>
+    </message>
+    <message id="StationSettings_Reload">
+        <source>Reload</source>
+        <translation>Reload</translation>
+    </message>
+    <message id="StationSettings_Reloaded">
+        <source>The settings were read again from the station.</source>
+        <translation>The settings were read again from the station.</translation>
+    </message>
+    <message id="StationSettings_Save">
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message id="StationSettings_Save_failed">
+        <source>The settings could not be saved.</source>
+        <translation>The settings could not be saved.</translation>
+    </message>
+    <message id="StationSettings_Saved">
+        <source>The settings were saved.</source>
+        <translation>The settings were saved.</translation>
+    </message>
+    <message id="StationSettings_Sequencer_auto_launch">
+        <source>Launch the sequence automatically</source>
+        <translation>Launch the sequence automatically</translation>
+    </message>
+    <message id="StationSettings_Sequencer_auto_serial">
+        <source>Serial number given automatically</source>
+        <translation>Serial number given automatically</translation>
+    </message>
+    <message id="StationSettings_Sequencer_code">
+        <source>Input code</source>
+        <translation>Input code</translation>
+    </message>
+    <message id="StationSettings_Sequencer_code_taken">
+        <source>Input code %1 already launches a sequence.</source>
+        <translation>Input code %1 already launches a sequence.</translation>
+    </message>
+    <message id="StationSettings_Sequencer_io_launch">
+        <source>Launch by input code</source>
+        <translation>Launch by input code</translation>
+    </message>
+    <message id="StationSettings_Sequencer_options">
+        <source>Options</source>
+        <translation>Options</translation>
+    </message>
+    <message id="StationSettings_Sequencer_relations">
+        <source>Sequences launched by input code</source>
+        <translation>Sequences launched by input code</translation>
+    </message>
+    <message id="StationSettings_Sequencer_rework_comments">
+        <source>Rework comments</source>
+        <translation>Rework comments</translation>
+    </message>
+    <message id="StationSettings_Sequencer_script_data">
+        <source>Script data</source>
+        <translation>Script data</translation>
+    </message>
+    <message id="StationSettings_Sequencer_script_launch">
+        <source>Launch by script</source>
+        <translation>Launch by script</translation>
+    </message>
+    <message id="StationSettings_Sequencer_script_path">
+        <source>Script (in the media folder)</source>
+        <translation>Script (in the media folder)</translation>
+    </message>
+    <message id="StationSettings_Sequencer_sequence">
+        <source>Sequence</source>
+        <translation>Sequence</translation>
+    </message>
+    <message id="StationSettings_Sequencer_sequence_placeholder">
+        <source>sequence name</source>
+        <translation>sequence name</translation>
+    </message>
+    <message id="StationSettings_Sequencer_skip_comments">
+        <source>Skip comments</source>
+        <translation>Skip comments</translation>
+    </message>
+    <message id="StationSettings_Sequencer_status_output">
+        <source>Status output</source>
+        <translation>Status output</translation>
+    </message>
+    <message id="StationSettings_Sync_has_mirror">
+        <source>At least one folder is mirrored to a network folder</source>
+        <translation>At least one folder is mirrored to a network folder</translation>
+    </message>
+    <message id="StationSettings_Sync_idle">
+        <source>Waiting for the next pass</source>
+        <translation>Waiting for the next pass</translation>
+    </message>
+    <message id="StationSettings_Sync_mirrored">
+        <source>Mirrored folders</source>
+        <translation>Mirrored folders</translation>
+    </message>
+    <message id="StationSettings_Sync_no_mirror">
+        <source>No folder is mirrored</source>
+        <translation>No folder is mirrored</translation>
+    </message>
+    <message id="StationSettings_Sync_pause">
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message id="StationSettings_Sync_paused">
+        <source>Paused</source>
+        <translation>Paused</translation>
+    </message>
+    <message id="StationSettings_Sync_reset">
+        <source>Reset</source>
+        <translation>Reset</translation>
+    </message>
+    <message id="StationSettings_Sync_reset_button">
+        <source>Reset the synchronisation database</source>
+        <translation>Reset the synchronisation database</translation>
+    </message>
+    <message id="StationSettings_Sync_reset_done">
+        <source>The synchronisation database was reset.</source>
+        <translation>The synchronisation database was reset.</translation>
+    </message>
+    <message id="StationSettings_Sync_reset_explanation">
+        <source>Forgets what was copied and copies every mirrored folder again. Files replaced on the network folder go to the trash first.</source>
+        <translation>Forgets what was copied and copies every mirrored folder again. Files replaced on the network folder go to the trash first.</translation>
+    </message>
+    <message id="StationSettings_Sync_reset_failed">
+        <source>The synchronisation database could not be reset.</source>
+        <translation>The synchronisation database could not be reset.</translation>
+    </message>
+    <message id="StationSettings_Sync_resetting">
+        <source>Resetting...</source>
+        <translation>Resetting...</translation>
+    </message>
+    <message id="StationSettings_Sync_resume">
+        <source>Resume</source>
+        <translation>Resume</translation>
+    </message>
+    <message id="StationSettings_Sync_running">
+        <source>Copying files</source>
+        <translation>Copying files</translation>
+    </message>
+    <message id="StationSettings_Sync_state">
+        <source>State</source>
+        <translation>State</translation>
+    </message>
+    <message id="StationSettings_Sync_unavailable">
+        <source>Not available on this station</source>
+        <translation>Not available on this station</translation>
+    </message>
+    <message id="StationSettings_Templates_address">
+        <source>Address</source>
+        <translation>Address</translation>
+    </message>
+    <message id="StationSettings_Templates_apply_parameters">
+        <source>Apply to the reports</source>
+        <translation>Apply to the reports</translation>
+    </message>
+    <message id="StationSettings_Templates_company">
+        <source>Company</source>
+        <translation>Company</translation>
+    </message>
+    <message id="StationSettings_Templates_file_placeholder">
+        <source>path of a template file to add</source>
+        <translation>path of a template file to add</translation>
+    </message>
+    <message id="StationSettings_Templates_footer">
+        <source>Report footer</source>
+        <translation>Report footer</translation>
+    </message>
+    <message id="StationSettings_Templates_logo">
+        <source>Logo file</source>
+        <translation>Logo file</translation>
+    </message>
+    <message id="StationSettings_Templates_logo_placeholder">
+        <source>path of an image to use as logo</source>
+        <translation>path of an image to use as logo</translation>
+    </message>
+    <message id="StationSettings_Templates_no_logo">
+        <source>No logo</source>
+        <translation>No logo</translation>
+    </message>
+    <message id="StationSettings_Templates_none">
+        <source>No template yet</source>
+        <translation>No template yet</translation>
+    </message>
+    <message id="StationSettings_Templates_not_added">
+        <source>The file %1 could not be added.</source>
+        <translation>The file %1 could not be added.</translation>
+    </message>
+    <message id="StationSettings_Templates_templates">
+        <source>Report templates</source>
+        <translation>Report templates</translation>
+    </message>
+    <message id="StationSettings_Templates_use_logo">
+        <source>Use</source>
+        <translation>Use</translation>
+    </message>
+    <message id="StationSettings_Window_title">
+        <source>Station settings</source>
+        <translation>Station settings</translation>
+    </message>
 </context>
 </TS>

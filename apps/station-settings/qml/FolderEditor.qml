@@ -1,0 +1,251 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import App 1.0
+
+// Edits the selected folder, or a new one after startNew().
+Frame {
+    id: editor
+
+    property bool creating: false
+    readonly property var folder: creating ? null : directories.selectedFolder
+    readonly property string folderId: folder ? folder.id : ""
+    readonly property string currentRole: folder ? directories.getRoleOfFolder(folder.id) : FolderAlias.C_folderRoleUndefined
+    readonly property bool isNetwork: typeBox.currentValue === FolderAlias.C_folderTypeNetwork
+    readonly property bool editable: creating || directories.isSelectedFolderEditable
+    property string message
+    property bool messageIsError: false
+    property bool testing: directories.testInProgress
+
+    function startNew() {
+        creating = true
+        fill()
+    }
+
+    // Copies the folder (or blank values) into the fields.
+    function fill() {
+        typeBox.currentIndex = folder ? Math.max(0, typeBox.indexOfValue(folder.type))
+                                      : Math.max(0, typeBox.indexOfValue(FolderAlias.C_folderTypeNetwork))
+        aliasField.text = folder ? folder.aliasName : ""
+        pathField.text = folder ? folder.path : ""
+        addressField.text = folder ? folder.address : ""
+        domainField.text = folder ? folder.domain : ""
+        loginField.text = folder ? folder.identifier : ""
+        passwordField.text = folder ? folder.password : ""
+        enabledBox.checked = folder ? folder.isEnabled : true
+        roleBox.model = folder ? folder.availableRolesModel(folder.id, currentRole, directories.isSelectedFolderEditable)
+                               : FolderAlias.availableRolesModel("", FolderAlias.C_folderRoleUndefined, true)
+        roleBox.currentIndex = Math.max(0, roleBox.indexOfValue(currentRole))
+        message = ""
+    }
+
+    function apply() {
+        var result = directories.setFolderAlias(creating ? "" : folderId, roleBox.currentValue, typeBox.currentValue,
+                                                aliasField.text, pathField.text, domainField.text, addressField.text,
+                                                loginField.text, passwordField.text, enabledBox.checked)
+        if (result.length > 0) {
+            message = result
+            messageIsError = true
+            window.showMessage(result, true)
+            return
+        }
+        var alias = aliasField.text
+        creating = false
+        for (var i = 0; i < directories.folders.count; ++i) {
+            if (directories.folders.get(i).aliasName === alias) {
+                directories.selectFolder(i)
+                break
+            }
+        }
+        //% "Folder %1 applied; save to keep it."
+        message = qsTrId("StationSettings_Folders_applied").arg(alias)
+        messageIsError = false
+    }
+
+    onFolderChanged: fill()
+    Connections {
+        target: directories
+        function onTestConnectionResult(success, message) {
+            editor.message = message
+            editor.messageIsError = !success
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 10
+
+        Label {
+            font.pixelSize: 16
+            font.bold: true
+            text: editor.creating ? qsTrId("StationSettings_Folders_new")
+                                  : editor.folder ? editor.folder.aliasName
+                                                  //% "Choose a folder in the list, or create a new one."
+                                                  : qsTrId("StationSettings_Folders_choose")
+        }
+
+        GridLayout {
+            columns: 2
+            columnSpacing: 16
+            rowSpacing: 8
+            enabled: editor.creating || editor.folder !== null
+            Layout.fillWidth: true
+
+            Label {
+                //% "Type"
+                text: qsTrId("StationSettings_Folders_type")
+            }
+            ComboBox {
+                id: typeBox
+                objectName: "folderTypeBox"
+                Layout.preferredWidth: 280
+                model: FolderAlias.typesModel
+                textRole: FolderAlias.C_modelKeyName
+                valueRole: FolderAlias.C_modelKeyId
+                enabled: editor.creating
+            }
+            Label {
+                //% "Alias"
+                text: qsTrId("StationSettings_Folders_alias")
+            }
+            TextField {
+                id: aliasField
+                objectName: "folderAliasField"
+                Layout.fillWidth: true
+                enabled: editor.editable
+            }
+            Label {
+                //% "Server address"
+                text: qsTrId("StationSettings_Folders_address")
+                visible: editor.isNetwork
+            }
+            TextField {
+                id: addressField
+                objectName: "folderAddressField"
+                Layout.fillWidth: true
+                visible: editor.isNetwork
+                enabled: editor.editable
+                placeholderText: "192.168.1.10"
+            }
+            Label {
+                //% "Path"
+                text: qsTrId("StationSettings_Folders_path")
+            }
+            TextField {
+                id: pathField
+                objectName: "folderPathField"
+                Layout.fillWidth: true
+                enabled: editor.editable
+            }
+            Label {
+                //% "Domain"
+                text: qsTrId("StationSettings_Folders_domain")
+                visible: editor.isNetwork
+            }
+            TextField {
+                id: domainField
+                objectName: "folderDomainField"
+                Layout.fillWidth: true
+                visible: editor.isNetwork
+                enabled: editor.editable
+            }
+            Label {
+                //% "Login"
+                text: qsTrId("StationSettings_Folders_login")
+                visible: editor.isNetwork
+            }
+            TextField {
+                id: loginField
+                objectName: "folderLoginField"
+                Layout.fillWidth: true
+                visible: editor.isNetwork
+                enabled: editor.editable
+            }
+            Label {
+                //% "Password"
+                text: qsTrId("StationSettings_Folders_password")
+                visible: editor.isNetwork
+            }
+            TextField {
+                id: passwordField
+                objectName: "folderPasswordField"
+                Layout.fillWidth: true
+                visible: editor.isNetwork
+                enabled: editor.editable
+                echoMode: TextInput.Password
+            }
+            Label {
+                //% "Role"
+                text: qsTrId("StationSettings_Folders_role")
+            }
+            ComboBox {
+                id: roleBox
+                objectName: "folderRoleBox"
+                Layout.preferredWidth: 280
+                textRole: FolderAlias.C_modelKeyName
+                valueRole: FolderAlias.C_modelKeyId
+            }
+            Item { width: 1; height: 1 }
+            CheckBox {
+                id: enabledBox
+                objectName: "folderEnabledBox"
+                //% "Enabled"
+                text: qsTrId("StationSettings_Folders_enabled")
+                enabled: editor.editable
+            }
+        }
+
+        RowLayout {
+            spacing: 8
+            enabled: editor.creating || editor.folder !== null
+            Button {
+                objectName: "applyFolderButton"
+                //% "Apply"
+                text: qsTrId("StationSettings_Apply")
+                highlighted: true
+                onClicked: editor.apply()
+            }
+            Button {
+                objectName: "cancelFolderButton"
+                //% "Cancel"
+                text: qsTrId("StationSettings_Cancel")
+                onClicked: {
+                    editor.creating = false
+                    editor.fill()
+                }
+            }
+            Button {
+                objectName: "testFolderButton"
+                //% "Test connection"
+                text: qsTrId("StationSettings_Folders_test_connection")
+                visible: editor.isNetwork
+                enabled: !editor.testing && addressField.text.length > 0
+                onClicked: {
+                    //% "Testing the connection..."
+                    editor.message = qsTrId("StationSettings_Folders_testing")
+                    editor.messageIsError = false
+                    directories.testFolderConnection(addressField.text, domainField.text, loginField.text,
+                                                     passwordField.text, pathField.text)
+                }
+            }
+            BusyIndicator {
+                objectName: "testBusyIndicator"
+                running: editor.testing
+                visible: running
+                Layout.preferredHeight: 32
+                Layout.preferredWidth: 32
+            }
+        }
+
+        Label {
+            objectName: "folderEditorMessage"
+            text: editor.message
+            visible: text.length > 0
+            wrapMode: Text.Wrap
+            Layout.fillWidth: true
+            color: editor.messageIsError ? "#b52b27" : "#2e7d32"
+        }
+
+        Item { Layout.fillHeight: true }
+    }
+}

@@ -1,0 +1,178 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+
+ApplicationWindow {
+    id: window
+    objectName: "settingsWindow"
+    width: 1180
+    height: 760
+    visible: true
+    //% "Station settings"
+    title: qsTrId("StationSettings_Window_title") + " - " + zuConfig.workplaceName
+
+    // Index of the page shown; the tests switch pages through it.
+    property alias currentPage: pageList.currentIndex
+    readonly property var pageKeys: ["general", "regional", "folders", "sequencer", "templates", "sync"]
+
+    // Shows a message the library or an operation reported, until dismissed.
+    function showMessage(text, isError) {
+        banner.text = text
+        banner.isError = isError
+        banner.visible = text.length > 0
+    }
+
+    Connections {
+        target: directories
+        function onFolderAliasUnavailable(message) { window.showMessage(message, true) }
+        function onInternalMemoryAccessError(message) { window.showMessage(message, true) }
+        function onNetworkFolderConnectionError(aliasName, errorMessage, isPermanent) {
+            window.showMessage(errorMessage, isPermanent)
+        }
+    }
+    Connections {
+        target: station
+        function onSaved(success) {
+            //% "The settings were saved."
+            window.showMessage(success ? qsTrId("StationSettings_Saved")
+                                         //% "The settings could not be saved."
+                                       : qsTrId("StationSettings_Save_failed"), !success)
+        }
+        function onReloaded() {
+            //% "The settings were read again from the station."
+            window.showMessage(qsTrId("StationSettings_Reloaded"), false)
+        }
+    }
+
+    header: ToolBar {
+        objectName: "headerBar"
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: 12
+            anchors.rightMargin: 8
+            spacing: 12
+            ColumnLayout {
+                spacing: 0
+                Label {
+                    text: zuConfig.workplaceName
+                    font.bold: true
+                    font.pixelSize: 16
+                    elide: Text.ElideRight
+                }
+                Label {
+                    //% "Line: %1 - station directory: %2"
+                    text: qsTrId("StationSettings_Header_line_and_directory").arg(zuConfig.prodLineName).arg(station.directory)
+                    opacity: 0.7
+                    font.pixelSize: 11
+                    elide: Text.ElideMiddle
+                    Layout.fillWidth: true
+                }
+            }
+            Item { Layout.fillWidth: true }
+            Label {
+                text: dateTime.currentDate + "  " + dateTime.currentTime
+                opacity: 0.7
+            }
+            Button {
+                objectName: "reloadButton"
+                //% "Reload"
+                text: qsTrId("StationSettings_Reload")
+                onClicked: station.reload()
+            }
+            Button {
+                objectName: "saveButton"
+                //% "Save"
+                text: qsTrId("StationSettings_Save")
+                highlighted: true
+                onClicked: station.save()
+            }
+        }
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Pane {
+            Layout.fillHeight: true
+            Layout.preferredWidth: 190
+            padding: 0
+            background: Rectangle { color: "#eef1f4" }
+            ListView {
+                id: pageList
+                objectName: "pageList"
+                anchors.fill: parent
+                anchors.topMargin: 8
+                currentIndex: 0
+                model: [
+                    //% "General"
+                    qsTrId("StationSettings_Page_general"),
+                    //% "Regional settings"
+                    qsTrId("StationSettings_Page_regional"),
+                    //% "Folders"
+                    qsTrId("StationSettings_Page_folders"),
+                    //% "Sequencer"
+                    qsTrId("StationSettings_Page_sequencer"),
+                    //% "Templates and logo"
+                    qsTrId("StationSettings_Page_templates"),
+                    //% "Synchronisation"
+                    qsTrId("StationSettings_Page_sync")
+                ]
+                delegate: ItemDelegate {
+                    width: ListView.view.width
+                    text: modelData
+                    highlighted: ListView.isCurrentItem
+                    onClicked: pageList.currentIndex = index
+                }
+            }
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            spacing: 0
+
+            Rectangle {
+                id: banner
+                objectName: "messageBanner"
+                property alias text: bannerText.text
+                property bool isError: false
+                visible: false
+                Layout.fillWidth: true
+                Layout.preferredHeight: bannerRow.implicitHeight + 12
+                color: isError ? "#fde2e1" : "#e3f1e4"
+                border.color: isError ? "#d9534f" : "#5cb85c"
+                RowLayout {
+                    id: bannerRow
+                    anchors.fill: parent
+                    anchors.leftMargin: 12
+                    anchors.rightMargin: 6
+                    Label {
+                        id: bannerText
+                        objectName: "messageText"
+                        Layout.fillWidth: true
+                        wrapMode: Text.Wrap
+                        color: banner.isError ? "#8a1f1b" : "#1d5e20"
+                    }
+                    ToolButton {
+                        text: "\u2715"
+                        onClicked: banner.visible = false
+                    }
+                }
+            }
+
+            StackLayout {
+                id: pages
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                currentIndex: pageList.currentIndex
+                GeneralPage { objectName: "page_general" }
+                RegionalPage { objectName: "page_regional" }
+                FoldersPage { objectName: "page_folders" }
+                SequencerPage { objectName: "page_sequencer" }
+                TemplatesPage { objectName: "page_templates" }
+                SyncPage { objectName: "page_sync" }
+            }
+        }
+    }
+}

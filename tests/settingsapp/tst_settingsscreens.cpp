@@ -1,0 +1,133 @@
+#include <QDir>
+#include <QImage>
+#include <QQuickItem>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QtTest>
+
+#include "d_zu_configuration.h"
+#include "settingsfixture.h"
+
+// Every page of the settings screens on the demo station: it draws something, and no text it
+// shows is a raw translation id. One screenshot per page goes to <build>/screenshots.
+class TestSettingsScreens : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void page_data();
+    void page();
+
+private:
+    // Visible texts (of any item with a "text" property) under `item` that look like an id.
+    void collectRawIds(QQuickItem* item, QStringList& found) const;
+
+    SettingsFixture m_fixture;
+    QSet<QString> m_dataTexts;
+};
+
+void TestSettingsScreens::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_fixture.start(error), qPrintable(error));
+    QVERIFY(QTest::qWaitForWindowExposed(m_fixture.window()));
+    QVERIFY(QDir().mkpath(QStringLiteral(STATION_SCREENSHOT_DIR)));
+    // Folder aliases and the status output come from the station's document and may look like
+    // ids ("Plant_Share", "OUT_3").
+    m_dataTexts.insert(DZuConfiguration::getInstance()->sequenceStatusOutput());
+    const auto& folders = DZuConfiguration::getInstance()->directories()->folders()->list();
+    for (const auto& folder : folders)
+        m_dataTexts.insert(folder->aliasName());
+    QVERIFY(m_dataTexts.contains(QStringLiteral("Plant_Share")));
+}
+
+void TestSettingsScreens::page_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("expectedText");
+    // A text each page must show, read from the demo station.
+    QTest::newRow("general page shows the workplace") << 0 << "general" << "Station 12 - Gearbox housing";
+    QTest::newRow("regional page shows the custom time server") << 1 << "regional" << "ntp.plant.local";
+    QTest::newRow("folders page lists the network folder") << 2 << "folders" << "Plant_Share";
+    QTest::newRow("sequencer page lists a relation") << 3 << "sequencer" << "gearbox_housing_rear";
+    QTest::newRow("templates page shows the company address") << 4 << "templates"
+                                                               << "Assembly plant B, 14 rue des Forges, 69007 Lyon";
+    QTest::newRow("sync page shows the reset") << 5 << "sync" << qtTrId("StationSettings_Sync_reset_button");
+}
+
+void TestSettingsScreens::page()
+{
+    QFETCH(int, index);
+    QFETCH(QString, key);
+    QFETCH(QString, expectedText);
+
+    QQuickWindow* window = m_fixture.window();
+    QCOMPARE(window->property("pageKeys").toStringList().value(index), key);
+    window->setProperty("currentPage", index);
+    auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_") + key));
+    QVERIFY(page);
+    QTRY_VERIFY(page->isVisible());
+
+    // Every text the page shows, by item walk.
+    QStringList texts;
+    std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
+        if (!item->isVisible())
+            return;
+        const QVariant text = item->property("text");
+        if (text.type() == QVariant::String)
+            texts << text.toString();
+        for (QQuickItem* child : item->childItems())
+            walk(child);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT((texts.clear(), walk(page), texts.contains(expectedText)), 10000);
+
+    // A fresh frame of this page, then the window's image. The offscreen platform's backing
+    // store cannot hand its image to grabWindow(); its screen grab reads the same pixels.
+    QSignalSpy frame(window, &QQuickWindow::frameSwapped);
+    window->update();
+    QVERIFY(frame.wait(10000));
+    QImage image = window->grabWindow();
+    if (image.isNull())
+        image = window->screen()->grabWindow(window->winId()).toImage();
+    QVERIFY(!image.isNull());
+    const QString file = QStringLiteral(STATION_SCREENSHOT_DIR "/%1.png").arg(key);
+    QVERIFY(image.save(file));
+
+    // Not blank: many colours, and a fair share of pixels apart from the background.
+    QHash<QRgb, int> histogram;
+    for (int y = 0; y < image.height(); y += 2) {
+        for (int x = 0; x < image.width(); x += 2)
+            ++histogram[image.pixel(x, y)];
+    }
+    int total = 0;
+    int background = 0;
+    for (auto it = histogram.cbegin(); it != histogram.cend(); ++it) {
+        total += it.value();
+        background = qMax(background, it.value());
+    }
+    QVERIFY2(histogram.size() >= 16, qPrintable(QStringLiteral("%1 colours only").arg(histogram.size())));
+    QVERIFY2(total - background > total / 50, "the page is almost one colour");
+
+    QStringList rawIds;
+    collectRawIds(window->contentItem(), rawIds);
+    QVERIFY2(rawIds.isEmpty(), qPrintable(QStringLiteral("raw ids shown: ") + rawIds.join(QStringLiteral(", "))));
+}
+
+void TestSettingsScreens::collectRawIds(QQuickItem* item, QStringList& found) const
+{
+    static const QRegularExpression id(QStringLiteral("^[A-Z][A-Za-z]+_[A-Za-z0-9_]+$"));
+    if (!item->isVisible())
+        return;
+    const QVariant text = item->property("text");
+    if (text.type() == QVariant::String) {
+        const QString value = text.toString();
+        if (id.match(value).hasMatch() && !m_dataTexts.contains(value))
+            found << value;
+    }
+    for (QQuickItem* child : item->childItems())
+        collectRawIds(child, found);
+}
+
+QTEST_MAIN(TestSettingsScreens)
+#include "tst_settingsscreens.moc"
