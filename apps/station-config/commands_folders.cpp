@@ -74,7 +74,7 @@ int cmdFolders(CommandContext& context)
     }
     const QString format = QStringLiteral("%1  %2  %3  %4  %5  %6  %7\n");
     out() << format.arg(QStringLiteral("ID"), -38).arg(QStringLiteral("TYPE"), -8).arg(QStringLiteral("ALIAS"), -16)
-                 .arg(QStringLiteral("PATH"), -40).arg(QStringLiteral("ROLE"), -11).arg(QStringLiteral("ENABLED"), -7)
+                 .arg(QStringLiteral("PATH"), -40).arg(QStringLiteral("ROLE"), -12).arg(QStringLiteral("ENABLED"), -7)
                  .arg(QStringLiteral("AVAILABLE"));
     for (const QJsonValue& value : rows) {
         const QJsonObject row = value.toObject();
@@ -85,7 +85,7 @@ int cmdFolders(CommandContext& context)
             available += QStringLiteral(" (") + row.value("state").toString() + QLatin1Char(')');
         out() << format.arg(row.value("id").toString(), -38).arg(row.value("type").toString(), -8)
                      .arg(row.value("alias").toString(), -16).arg(row.value("displayPath").toString(), -40)
-                     .arg(row.value("role").toString(), -11)
+                     .arg(row.value("role").toString(), -12)
                      .arg(row.value("enabled").toBool() ? QStringLiteral("yes") : QStringLiteral("no"), -7)
                      .arg(available);
     }

@@ -1,6 +1,7 @@
 // station-config: the station's configuration from the command line.
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QMap>
 #include <QTranslator>
 
@@ -62,6 +63,7 @@ int main(int argc, char* argv[])
     parser.addOptions({
         { QStringLiteral("station"), QStringLiteral("Station directory (holding preconfiguration.json); default: a copy of the demo station."), QStringLiteral("dir") },
         { QStringLiteral("json"), QStringLiteral("Print JSON for scripts.") },
+        { QStringLiteral("verbose"), QStringLiteral("Also print the library's debug lines (errors are always printed).") },
         { QStringLiteral("wait"), QStringLiteral("folders: wait up to this long for network folders to settle."), QStringLiteral("seconds") },
         { QStringLiteral("now"), QStringLiteral("sync: run a pass now and wait until it is done.") },
         { QStringLiteral("reset"), QStringLiteral("sync: reset the sync database and print the outcome.") },
@@ -69,6 +71,9 @@ int main(int argc, char* argv[])
         { QStringLiteral("domain"), QStringLiteral("test-share: domain."), QStringLiteral("domain") },
     });
     parser.process(app);
+
+    if (!parser.isSet(QStringLiteral("verbose")))
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
 
     QStringList positional = parser.positionalArguments();
     if (positional.isEmpty()) {
