@@ -17,6 +17,7 @@ class TestFolderEditor : public QObject
     Q_OBJECT
 private slots:
     void initTestCase();
+    void showsChosenFolder();
     void addNetworkFolder();
     void refuseDuplicateAlias();
     void testConnectionReportsFailure();
@@ -89,6 +90,19 @@ QSharedPointer<Folder> TestFolderEditor::folderNamed(const QString& alias, int& 
         }
     }
     return found;
+}
+
+void TestFolderEditor::showsChosenFolder()
+{
+    int count = 0;
+    const QSharedPointer<Folder> share = folderNamed(QStringLiteral("Plant_Share"), count);
+    QVERIFY(share);
+    directories()->selectFolder(directories()->folders()->list().indexOf(share));
+    QCOMPARE(m_fixture.item(QStringLiteral("folderAliasField"))->property("text").toString(), QStringLiteral("Plant_Share"));
+    QCOMPARE(m_fixture.item(QStringLiteral("folderAddressField"))->property("text").toString(), QStringLiteral("127.0.0.1:1445"));
+    QCOMPARE(m_fixture.item(QStringLiteral("folderTypeBox"))->property("currentValue").toString(), QStringLiteral("samba"));
+    // The demo station gives the share the raw results role.
+    QCOMPARE(m_fixture.item(QStringLiteral("folderRoleBox"))->property("currentValue").toString(), QStringLiteral("results"));
 }
 
 void TestFolderEditor::addNetworkFolder()

@@ -49,7 +49,8 @@ void TestSettingsScreens::page_data()
     // A text each page must show, read from the demo station.
     QTest::newRow("general page shows the workplace") << 0 << "general" << "Station 12 - Gearbox housing";
     QTest::newRow("regional page shows the custom time server") << 1 << "regional" << "ntp.plant.local";
-    QTest::newRow("folders page lists the network folder") << 2 << "folders" << "Plant_Share";
+    // The network folder is chosen first: its server address shows in the editor.
+    QTest::newRow("folders page edits the network folder") << 2 << "folders" << "127.0.0.1:1445";
     QTest::newRow("sequencer page lists a relation") << 3 << "sequencer" << "gearbox_housing_rear";
     QTest::newRow("templates page shows the company address") << 4 << "templates"
                                                                << "Assembly plant B, 14 rue des Forges, 69007 Lyon";
@@ -65,6 +66,13 @@ void TestSettingsScreens::page()
     QQuickWindow* window = m_fixture.window();
     QCOMPARE(window->property("pageKeys").toStringList().value(index), key);
     window->setProperty("currentPage", index);
+    if (key == QLatin1String("folders")) {
+        Directories* directories = DZuConfiguration::getInstance()->directories();
+        bool found = false;
+        const auto share = directories->getFolderByName(QStringLiteral("Plant_Share"), found);
+        QVERIFY(found);
+        directories->selectFolder(directories->folders()->list().indexOf(share));
+    }
     auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_") + key));
     QVERIFY(page);
     QTRY_VERIFY(page->isVisible());

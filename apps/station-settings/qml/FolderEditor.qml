@@ -10,7 +10,6 @@ Frame {
     property bool creating: false
     readonly property var folder: creating ? null : directories.selectedFolder
     readonly property string folderId: folder ? folder.id : ""
-    readonly property string currentRole: folder ? directories.getRoleOfFolder(folder.id) : FolderAlias.C_folderRoleUndefined
     readonly property bool isNetwork: typeBox.currentValue === FolderAlias.C_folderTypeNetwork
     readonly property bool editable: creating || directories.isSelectedFolderEditable
     property string message
@@ -33,9 +32,14 @@ Frame {
         loginField.text = folder ? folder.identifier : ""
         passwordField.text = folder ? folder.password : ""
         enabledBox.checked = folder ? folder.isEnabled : true
-        roleBox.model = folder ? folder.availableRolesModel(folder.id, currentRole, directories.isSelectedFolderEditable)
-                               : FolderAlias.availableRolesModel("", FolderAlias.C_folderRoleUndefined, true)
-        roleBox.currentIndex = Math.max(0, roleBox.indexOfValue(currentRole))
+        // Read here: a binding on the folder may not have followed the new one yet.
+        var role = folder ? directories.getRoleOfFolder(folder.id) : FolderAlias.C_folderRoleUndefined
+        var roles = folder ? folder.availableRolesModel(folder.id, role, directories.isSelectedFolderEditable)
+                           : FolderAlias.availableRolesModel("", role, true)
+        // Replaced only when it differs: a new model resets the box's shown text.
+        if (JSON.stringify(roles) !== JSON.stringify(roleBox.model))
+            roleBox.model = roles
+        roleBox.currentIndex = Math.max(0, roleBox.indexOfValue(role))
         message = ""
     }
 

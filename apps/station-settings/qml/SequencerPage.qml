@@ -155,29 +155,29 @@ ScrollView {
             //% "Options"
             title: qsTrId("StationSettings_Sequencer_options")
             Layout.bottomMargin: 16
-            Item { width: 1; height: 1 }
             CheckBox {
+                Layout.columnSpan: 2
                 //% "Launch the sequence automatically"
                 text: qsTrId("StationSettings_Sequencer_auto_launch")
                 checked: zuConfig.sequenceAutoLaunch
                 onToggled: zuConfig.sequenceAutoLaunch = checked
             }
-            Item { width: 1; height: 1 }
             CheckBox {
+                Layout.columnSpan: 2
                 //% "Serial number given automatically"
                 text: qsTrId("StationSettings_Sequencer_auto_serial")
                 checked: zuConfig.sequenceAutoSerialNumber
                 onToggled: zuConfig.sequenceAutoSerialNumber = checked
             }
-            Item { width: 1; height: 1 }
             CheckBox {
+                Layout.columnSpan: 2
                 //% "Launch by input code"
                 text: qsTrId("StationSettings_Sequencer_io_launch")
                 checked: zuConfig.sequenceIoLaunch
                 onToggled: zuConfig.sequenceIoLaunch = checked
             }
-            Item { width: 1; height: 1 }
             CheckBox {
+                Layout.columnSpan: 2
                 //% "Launch by script"
                 text: qsTrId("StationSettings_Sequencer_script_launch")
                 checked: zuConfig.sequenceScriptLaunch

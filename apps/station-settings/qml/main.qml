@@ -97,7 +97,10 @@ ApplicationWindow {
             Layout.fillHeight: true
             Layout.preferredWidth: 190
             padding: 0
-            background: Rectangle { color: "#eef1f4" }
+            background: Rectangle {
+                color: "#eef1f4"
+                Rectangle { anchors.right: parent.right; width: 1; height: parent.height; color: "#c8ccd0" }
+            }
             ListView {
                 id: pageList
                 objectName: "pageList"
@@ -120,9 +123,13 @@ ApplicationWindow {
                 ]
                 delegate: ItemDelegate {
                     width: ListView.view.width
+                    height: 40
                     text: modelData
                     highlighted: ListView.isCurrentItem
                     onClicked: pageList.currentIndex = index
+                    background: Rectangle {
+                        color: parent.highlighted ? parent.palette.highlight : parent.hovered ? "#dfe4ea" : "transparent"
+                    }
                 }
             }
         }
