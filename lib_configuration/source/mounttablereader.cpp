@@ -1,4 +1,5 @@
 #include "mounttablereader.h"
+#include "utilities/mounttable.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,24 +17,6 @@ QString& tableFilePathOverride()
 {
     static QString path;
     return path;
-}
-
-// The kernel writes space, tab, newline and backslash in mountinfo as \ooo.
-QString decodeOctalEscapes(const QString& field)
-{
-    const auto isOctal = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('7'); };
-    QString decoded;
-    decoded.reserve(field.size());
-    for (int i = 0; i < field.size(); ++i) {
-        if (field.at(i) == QLatin1Char('\\') && i + 3 < field.size() && isOctal(field.at(i + 1))
-            && isOctal(field.at(i + 2)) && isOctal(field.at(i + 3))) {
-            decoded += QChar(field.mid(i + 1, 3).toInt(nullptr, 8));
-            i += 3;
-            continue;
-        }
-        decoded += field.at(i);
-    }
-    return decoded;
 }
 
 bool isFuseType(const QString& type)
@@ -85,19 +68,14 @@ void splitNetworkSource(const QString& source, QString& server, QString& share)
 QList<MountTableReader::Entry> MountTableReader::parse(const QString& mountInfoText)
 {
     QList<Entry> entries;
-    const QStringList lines = mountInfoText.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString& line : lines) {
-        // id parent major:minor root mount-point options [optional fields] - type source super-options
-        const QStringList fields = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        const int separator = fields.indexOf(QStringLiteral("-"), 6);
-        if (separator < 6 || separator + 2 >= fields.size())
+    const QList<MountTable::Entry> table = MountTable::parse(mountInfoText.toLocal8Bit());
+    for (const MountTable::Entry& row : table) {
+        if (!row.mountPoint.startsWith(QLatin1Char('/')))
             continue;
         Entry entry;
-        entry.mountPoint = decodeOctalEscapes(fields.at(4));
-        entry.fileSystemType = decodeOctalEscapes(fields.at(separator + 1));
-        entry.source = decodeOctalEscapes(fields.at(separator + 2));
-        if (!entry.mountPoint.startsWith(QLatin1Char('/')))
-            continue;
+        entry.mountPoint = row.mountPoint;
+        entry.fileSystemType = row.fileSystemType;
+        entry.source = row.source;
         if (isRemoteFileSystemType(entry.fileSystemType, entry.source))
             splitNetworkSource(entry.source, entry.server, entry.share);
         entries.append(entry);

@@ -1,6 +1,6 @@
 #include "utilities/dmounteddirectorywatcher.h"
 #include "utilities/logline.h"
-#include "mounttable_p.h"
+#include "utilities/mounttable.h"
 
 #include <QSocketNotifier>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "mounttable_p.h"
+#include "utilities/mounttable.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "utilities/windowssharemanager.h"
 #include "utilities/logline.h"
 #include "utilities/preconfiguration.h"
-#include "mounttable_p.h"
+#include "utilities/mounttable.h"
 #include "windowssharemanager_p.h"
 
 #include <QDir>

@@ -2,7 +2,8 @@
 #include <QList>
 #include <QString>
 
-// Reading the kernel's mount table of this process (/proc/self/mountinfo).
+// Reading the kernel's mount table of this process (/proc/self/mountinfo); mount points,
+// types and sources have the table's octal escapes (\040 ...) decoded.
 namespace MountTable {
 
 struct Entry
