@@ -187,24 +187,7 @@ void Directories::loadSettings(QJsonValue& value)
                 folder->aliasName(), folder->isEnabled() && folder->type() != QLatin1String(C_typeNetwork));
     }
 
-    bool usbFound = false;
-    getFolderByName(QLatin1String(C_usbAliasName), usbFound);
-    if (m_removableStoragePresent && !usbFound) {
-        QVariantMap fields = c_defaultUsbAlias;
-        fields.insert(QLatin1String(C_keyPath), QStringLiteral(""));
-        addNewFolderAlias(fields);
-        m_foldersRoles.insert(QLatin1String(C_roleUsb), QLatin1String(C_roleUsb));
-    } else if (!m_removableStoragePresent && usbFound) {
-        const QList<QSharedPointer<Folder>>& list = m_folders.list();
-        for (int i = 0; i < list.size(); ++i) {
-            if (list.at(i) && list.at(i)->aliasName() == QLatin1String(C_usbAliasName)) {
-                m_folders.removeAt(i);
-                break;
-            }
-        }
-        m_foldersRoles.remove(QLatin1String(C_roleUsb));
-    }
-    emit removableStorageStateChanged(m_removableStoragePresent);
+    updateUsbFolder(m_removableStoragePresent);
 
     const QJsonObject roles = section.value(QLatin1String(C_keyFoldersRoles)).toObject();
     for (auto it = roles.constBegin(); it != roles.constEnd(); ++it)

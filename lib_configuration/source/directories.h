@@ -229,6 +229,9 @@ private slots:
     void sltFolderConnectionFailed(QString aliasName, QString errorMessage, bool isPermanent);
 
 private:
+    // Adds the USB folder when the medium is present and missing from the list, removes it
+    // when the medium is gone, then emits removableStorageStateChanged(present).
+    void updateUsbFolder(bool present);
     // Builds the sync manager through the factory seam (the sync library's by default).
     DSyncManager* createSyncManager(const QString& databaseFilePath, const QString& trashDirectoryPath,
                                     int intervalMs, const QStringList& excludedPatterns);

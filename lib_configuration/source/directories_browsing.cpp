@@ -223,15 +223,20 @@ bool Directories::getStorageSize(qint64& bytesTotal, qint64& bytesAvailable)
 void Directories::sltRemovableStorageStateChanged(bool available)
 {
     m_removableStoragePresent = available;
+    updateUsbFolder(available);
+}
+
+void Directories::updateUsbFolder(bool present)
+{
     bool found = false;
     getFolderByName(QLatin1String(C_usbAliasName), found);
-    if (available && !found) {
+    if (present && !found) {
         // Appended at the end; the list is not sorted again here.
         QVariantMap fields = c_defaultUsbAlias;
         fields.insert(QLatin1String(C_keyPath), QStringLiteral(""));
         addNewFolderAlias(fields);
         m_foldersRoles.insert(QLatin1String(C_roleUsb), QLatin1String(C_roleUsb));
-    } else if (!available && found) {
+    } else if (!present && found) {
         const QList<QSharedPointer<Folder>>& list = m_folders.list();
         for (int i = 0; i < list.size(); ++i) {
             if (list.at(i) && list.at(i)->aliasName() == QLatin1String(C_usbAliasName)) {
@@ -241,5 +246,5 @@ void Directories::sltRemovableStorageStateChanged(bool available)
         }
         m_foldersRoles.remove(QLatin1String(C_roleUsb));
     }
-    emit removableStorageStateChanged(available);
+    emit removableStorageStateChanged(present);
 }
