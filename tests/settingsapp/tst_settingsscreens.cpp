@@ -17,6 +17,8 @@ private slots:
     void initTestCase();
     void page_data();
     void page();
+    void libraryErrorReachesBanner_data();
+    void libraryErrorReachesBanner();
 
 private:
     // Visible texts (of any item with a "text" property) under `item` that look like an id.
@@ -120,6 +122,38 @@ void TestSettingsScreens::page()
     QStringList rawIds;
     collectRawIds(window->contentItem(), rawIds);
     QVERIFY2(rawIds.isEmpty(), qPrintable(QStringLiteral("raw ids shown: ") + rawIds.join(QStringLiteral(", "))));
+}
+
+void TestSettingsScreens::libraryErrorReachesBanner_data()
+{
+    QTest::addColumn<QString>("signal");
+    QTest::addColumn<bool>("isError");
+    QTest::newRow("unavailable folder alias") << "folderAliasUnavailable" << true;
+    QTest::newRow("internal memory access error") << "internalMemoryAccessError" << true;
+    QTest::newRow("permanent network folder failure") << "networkFolderConnectionError" << true;
+    // A failure the share manager keeps retrying shows as a notice.
+    QTest::newRow("passing network folder failure") << "networkFolderConnectionError" << false;
+}
+
+void TestSettingsScreens::libraryErrorReachesBanner()
+{
+    QFETCH(QString, signal);
+    QFETCH(bool, isError);
+    QObject* banner = m_fixture.item(QStringLiteral("messageBanner"));
+    QObject* text = m_fixture.item(QStringLiteral("messageText"));
+    QVERIFY(banner && text);
+    banner->setProperty("visible", false);
+
+    const QString message = QStringLiteral("report of ") + signal;
+    Directories* directories = DZuConfiguration::getInstance()->directories();
+    const bool emitted = signal == QLatin1String("networkFolderConnectionError")
+        ? QMetaObject::invokeMethod(directories, "networkFolderConnectionError", Q_ARG(QString, QStringLiteral("Plant_Share")),
+                                    Q_ARG(QString, message), Q_ARG(bool, isError))
+        : QMetaObject::invokeMethod(directories, signal.toLatin1().constData(), Q_ARG(QString, message));
+    QVERIFY(emitted);
+    QVERIFY(banner->property("visible").toBool());
+    QCOMPARE(text->property("text").toString(), message);
+    QCOMPARE(banner->property("isError").toBool(), isError);
 }
 
 void TestSettingsScreens::collectRawIds(QQuickItem* item, QStringList& found) const
