@@ -635,6 +635,10 @@
         <source>Use</source>
         <translation>Use</translation>
     </message>
+    <message id="StationSettings_Unsaved_changes">
+        <source>Unsaved changes</source>
+        <translation>Unsaved changes</translation>
+    </message>
     <message id="StationSettings_Window_title">
         <source>Station settings</source>
         <translation>Station settings</translation>

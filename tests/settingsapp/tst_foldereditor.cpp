@@ -28,6 +28,7 @@ private:
     void fillNewNetworkFolder(const QString& alias);
     QSharedPointer<Folder> folderNamed(const QString& alias, int& count) const;
     Directories* directories() const { return DZuConfiguration::getInstance()->directories(); }
+    bool showsUnsaved() const { return m_fixture.item(QStringLiteral("unsavedLabel"))->property("visible").toBool(); }
     QString editorMessage() const { return m_fixture.item(QStringLiteral("folderEditorMessage"))->property("text").toString(); }
 
     SettingsFixture m_fixture;
@@ -44,6 +45,7 @@ void TestFolderEditor::initTestCase()
     auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_folders")));
     QVERIFY(page);
     QTRY_VERIFY(page->isVisible());
+    QVERIFY2(!showsUnsaved(), "nothing changed yet");
 }
 
 void TestFolderEditor::fillNewNetworkFolder(const QString& alias)
@@ -121,6 +123,7 @@ void TestFolderEditor::addNetworkFolder()
     // The editor moves on to the folder it created.
     QCOMPARE(directories()->selectedFolder(), folder.data());
     QCOMPARE(editorMessage(), qtTrId("StationSettings_Folders_applied").arg(m_alias));
+    QVERIFY(showsUnsaved());
 }
 
 void TestFolderEditor::refuseDuplicateAlias()
@@ -161,6 +164,7 @@ void TestFolderEditor::savedFolderComesBackOnReload()
     QVERIFY(m_fixture.click(QStringLiteral("saveButton")));
     QCOMPARE(saved.count(), 1);
     QCOMPARE(saved.at(0).at(0).toBool(), true);
+    QVERIFY(!showsUnsaved());
 
     int count = 0;
     const QString id = folderNamed(m_alias, count)->id();
@@ -175,10 +179,12 @@ void TestFolderEditor::savedFolderComesBackOnReload()
     directories()->selectFolder(directories()->folders()->list().indexOf(folderNamed(m_alias, count)));
     QVERIFY(m_fixture.click(QStringLiteral("deleteFolderButton")));
     QVERIFY(folderNamed(m_alias, count).isNull());
+    QVERIFY(showsUnsaved());
 
     QSignalSpy reloaded(m_fixture.app(), &SettingsApp::reloaded);
     QVERIFY(m_fixture.click(QStringLiteral("reloadButton")));
     QCOMPARE(reloaded.count(), 1);
+    QVERIFY(!showsUnsaved());
     const QSharedPointer<Folder> back = folderNamed(m_alias, count);
     QCOMPARE(count, 1);
     QCOMPARE(back->id(), id);

@@ -54,6 +54,7 @@ Frame {
             return
         }
         var alias = aliasField.text
+        window.unsaved = true
         creating = false
         for (var i = 0; i < directories.folders.count; ++i) {
             if (directories.folders.get(i).aliasName === alias) {

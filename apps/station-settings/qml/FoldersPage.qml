@@ -151,7 +151,10 @@ Item {
                     //% "Delete"
                     text: qsTrId("StationSettings_Delete")
                     enabled: directories.isSelectedFolderDeletable && !editor.creating
-                    onClicked: directories.deleteSelectedFolder()
+                    onClicked: {
+                        directories.deleteSelectedFolder()
+                        window.unsaved = true
+                    }
                 }
                 Button {
                     objectName: "retryFolderButton"

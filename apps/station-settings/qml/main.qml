@@ -30,15 +30,25 @@ ApplicationWindow {
             window.showMessage(errorMessage, isPermanent)
         }
     }
+    // Changes made since the last save or reload.
+    property bool unsaved: false
+    Connections {
+        target: zuConfig
+        function onSigConfigurationChanged() { window.unsaved = true }
+        function onSigRegionChanged() { window.unsaved = true }
+        function onSigSequenceRelationChanged() { window.unsaved = true }
+    }
     Connections {
         target: station
         function onSaved(success) {
+            window.unsaved = !success
             //% "The settings were saved."
             window.showMessage(success ? qsTrId("StationSettings_Saved")
                                          //% "The settings could not be saved."
                                        : qsTrId("StationSettings_Save_failed"), !success)
         }
         function onReloaded() {
+            window.unsaved = false
             //% "The settings were read again from the station."
             window.showMessage(qsTrId("StationSettings_Reloaded"), false)
         }
@@ -72,6 +82,14 @@ ApplicationWindow {
             Label {
                 text: dateTime.currentDate + "  " + dateTime.currentTime
                 opacity: 0.7
+            }
+            Label {
+                objectName: "unsavedLabel"
+                visible: window.unsaved
+                //% "Unsaved changes"
+                text: qsTrId("StationSettings_Unsaved_changes")
+                color: "#b26a00"
+                font.bold: true
             }
             Button {
                 objectName: "reloadButton"
