@@ -2,6 +2,7 @@
 // of the settings document, adding, editing, deleting, selecting and sorting folders, the
 // storage counters and the error funnel.
 #include "directories.h"
+#include "directories_p.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -13,28 +14,22 @@
 #include "utilities/logline.h"
 #include "utilities/preconfiguration.h"
 
-namespace {
-const char C_sourceFile[] = "lib_configuration/source/directories";
+using namespace DirectoriesLiterals;
 
+namespace {
 const char C_keyDirectories[] = "directories";
 const char C_keyFolders[] = "folders";
 const char C_keyFoldersRoles[] = "foldersRoles";
 const char C_keyId[] = "id";
 const char C_keyType[] = "type";
 const char C_keyAliasName[] = "aliasName";
-const char C_keyPath[] = "path";
 const char C_keyDomain[] = "domain";
 const char C_keyAddress[] = "address";
 const char C_keyIdentifier[] = "identifier";
 const char C_keyPassword[] = "password";
 const char C_keyEnabled[] = "enabled";
 
-const char C_typeInternal[] = "internal";
-const char C_typeRemovable[] = "external";
-const char C_typeNetwork[] = "samba";
 const char C_roleUndefined[] = "undefined";
-const char C_roleUsb[] = "usb";
-const char C_usbAliasName[] = "USB";
 
 // Polling interval of every folder the registry creates.
 constexpr int C_folderPollingIntervalMs = 5000;

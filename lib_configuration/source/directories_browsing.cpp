@@ -1,6 +1,7 @@
 // Browsing of the storage roots, the report template list, the internal storage size and the
 // USB folder that follows the removable medium.
 #include "directories.h"
+#include "directories_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -14,15 +15,9 @@
 #include "utilities/pathhelpers.h"
 #include "utilities/preconfiguration.h"
 
-static const char C_sourceFile[] = "lib_configuration/source/directories";
+using namespace DirectoriesLiterals;
 
 namespace {
-const char C_typeInternal[] = "internal";
-const char C_typeRemovable[] = "external";
-const char C_typeNetwork[] = "samba";
-const char C_roleUsb[] = "usb";
-const char C_usbAliasName[] = "USB";
-const char C_keyPath[] = "path";
 const char C_templatesRole[] = "templates";
 const char C_templateFilter[] = "*.lrxml";
 

@@ -1,6 +1,7 @@
 // Role path resolution of the registry: the local (write) and secured (read) directory of
 // each role, and their publication into the shared paths record.
 #include "directories.h"
+#include "directories_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,10 +11,9 @@
 #include "utilities/logline.h"
 #include "utilities/preconfiguration.h"
 
-namespace {
-const char C_sourceFile[] = "lib_configuration/source/directories";
+using namespace DirectoriesLiterals;
 
-const char C_typeInternal[] = "internal";
+namespace {
 
 // Role key -> default path relative to internal storage, read once per process. There is
 // deliberately no "certificates" row: that role falls back to its own key.

@@ -1,6 +1,7 @@
 // Directories: network share connection test (mount a temporary folder, then write, read,
 // compare and delete a probe file in it).
 #include "directories.h"
+#include "directories_p.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -11,8 +12,9 @@
 
 #include "utilities/logline.h"
 
+using namespace DirectoriesLiterals;
+
 namespace {
-const char* const C_sourceFile = "lib_configuration/source/directories";
 
 const QString C_networkType = QStringLiteral("samba");
 const QString C_testFolderName = QStringLiteral("__TEST_CONNECTION__");

@@ -1,6 +1,7 @@
 // Sync control of the registry: role synchronisation with the sync manager, pause/resume,
 // and the timer-driven reset of the sync database.
 #include "directories.h"
+#include "directories_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -8,8 +9,9 @@
 #include "sync/dsyncmanager.h"
 #include "utilities/logline.h"
 
+using namespace DirectoriesLiterals;
+
 namespace {
-const char C_sourceFile[] = "lib_configuration/source/directories";
 
 const int C_resetWatchdogBaseMs = 5000;
 const int C_resetWatchdogPerFileMs = 2000;

@@ -1,6 +1,7 @@
 // Directories: translation between local paths, file URLs, alias forms, share addresses and
 // the drives that the operating system maps to network shares.
 #include "directories.h"
+#include "directories_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -15,10 +16,11 @@
 #include <windows.h>
 #else
 #include "mounttablereader.h"
+
+using namespace DirectoriesLiterals;
 #endif
 
 namespace {
-const char* const C_sourceFile = "lib_configuration/source/directories";
 
 // Local file of a file: URL, or the text unchanged.
 QString localPathOf(const QString& pathOrUrl)
