@@ -31,6 +31,12 @@ bool copyTree(const QString& source, const QString& target)
 
 SettingsFixture::SettingsFixture() = default;
 
+void SettingsFixture::pointSeamsAtStandIns() const
+{
+    DZuConfiguration::setTimeZoneCommand(QStringLiteral("/bin/true"));
+    DZuConfiguration::setCompositorConfigPath(m_directory.filePath(QStringLiteral("no-compositor/weston.ini")));
+}
+
 SettingsFixture::~SettingsFixture() = default;
 
 bool SettingsFixture::start(QString& error)
@@ -39,8 +45,7 @@ bool SettingsFixture::start(QString& error)
         error = QStringLiteral("cannot copy the demo station");
         return false;
     }
-    DZuConfiguration::setTimeZoneCommand(QStringLiteral("/bin/true"));
-    DZuConfiguration::setCompositorConfigPath(m_directory.filePath(QStringLiteral("no-compositor/weston.ini")));
+    pointSeamsAtStandIns();
     if (!SettingsApp::installCatalogue(*QCoreApplication::instance())) {
         error = QStringLiteral("the English catalogue was not built");
         return false;
@@ -51,6 +56,8 @@ bool SettingsFixture::start(QString& error)
     m_station = std::make_unique<Station>(m_directory.path());
     if (!m_station->open(true, error))
         return false;
+    // The station's pre-configuration may name its own programs; the screens keep to ours.
+    pointSeamsAtStandIns();
     m_app = std::make_unique<SettingsApp>(*m_station);
     if (!m_app->load(*m_engine) || !window()) {
         error = QStringLiteral("the main window did not load");

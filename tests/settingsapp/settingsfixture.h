@@ -29,6 +29,8 @@ public:
     bool click(const QString& objectName) const;
 
 private:
+    void pointSeamsAtStandIns() const;
+
     // The engine goes first at destruction, the station's copy last.
     QTemporaryDir m_directory;
     std::unique_ptr<Station> m_station;
