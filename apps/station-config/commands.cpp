@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -84,6 +85,26 @@ bool waitUntil(const std::function<bool()>& done, int timeoutMs)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
     }
     return true;
+}
+
+bool waitForNetworkFolders(Directories* directories, QSet<QString>& failedPermanently, int timeoutMs)
+{
+    const QMetaObject::Connection connection = QObject::connect(directories, &Directories::networkFolderConnectionError,
+        [&failedPermanently](const QString& alias, const QString&, bool isPermanent) {
+            if (isPermanent)
+                failedPermanently.insert(alias);
+        });
+    const bool settled = waitUntil([&] {
+        for (const auto& folder : directories->folders()->list()) {
+            if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
+                && !directories->networkStorage().value(folder->aliasName())
+                && !failedPermanently.contains(folder->aliasName()))
+                return false;
+        }
+        return true;
+    }, timeoutMs);
+    QObject::disconnect(connection);
+    return settled;
 }
 
 int cmdStatus(CommandContext& context)
@@ -193,6 +214,9 @@ int cmdSync(CommandContext& context)
     }
 
     if (context.parser.isSet(QStringLiteral("now"))) {
+        // Mirrors to a share only run once the share is mounted.
+        QSet<QString> failedPermanently;
+        waitForNetworkFolders(directories, failedPermanently, 15000);
         bool sawBusy = false;
         QObject::connect(manager, &DSyncManager::idleChanged, [&sawBusy](bool idle) { if (!idle) sawBusy = true; });
         manager->requestSync();

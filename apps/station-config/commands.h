@@ -23,6 +23,12 @@ void printReport(const QJsonObject& report, bool json);
 // Runs the event loop until `done()` is true or `timeoutMs` passed; false on time-out.
 bool waitUntil(const std::function<bool()>& done, int timeoutMs);
 
+// Waits until every enabled network folder is connected or has failed for good (its alias in
+// `failedPermanently`, which this fills from the registry's error signal), at most `timeoutMs`.
+class Directories;
+template <typename T> class QSet;
+bool waitForNetworkFolders(Directories* directories, QSet<QString>& failedPermanently, int timeoutMs);
+
 int cmdStatus(CommandContext& context);
 int cmdPaths(CommandContext& context);
 int cmdSync(CommandContext& context);

@@ -10,32 +10,14 @@
 #include "folder.h"
 #include "station.h"
 
-namespace {
-// A network folder has settled once it is available or its share manager gave up.
-bool networkFoldersSettled(Directories* directories, const QSet<QString>& failedPermanently)
-{
-    for (const auto& folder : directories->folders()->list()) {
-        if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
-            && !folder->isAvailable() && !failedPermanently.contains(folder->aliasName()))
-            return false;
-    }
-    return true;
-}
-}
-
 int cmdFolders(CommandContext& context)
 {
     Directories* directories = context.station.configuration()->directories();
 
-    QSet<QString> failedPermanently;
     QMap<QString, QString> lastError;
     QMap<QString, QString> lastState;
     QObject::connect(directories, &Directories::networkFolderConnectionError,
-                     [&](const QString& alias, const QString& message, bool isPermanent) {
-                         lastError[alias] = message;
-                         if (isPermanent)
-                             failedPermanently.insert(alias);
-                     });
+                     [&lastError](const QString& alias, const QString& message, bool) { lastError[alias] = message; });
     for (const auto& folder : directories->folders()->list()) {
         if (folder)
             QObject::connect(folder.data(), &Folder::folderStatusChanged,
@@ -45,8 +27,9 @@ int cmdFolders(CommandContext& context)
     }
 
     const int waitSeconds = context.parser.value(QStringLiteral("wait")).toInt();
+    QSet<QString> failedPermanently;
     if (waitSeconds > 0)
-        waitUntil([&] { return networkFoldersSettled(directories, failedPermanently); }, waitSeconds * 1000);
+        waitForNetworkFolders(directories, failedPermanently, waitSeconds * 1000);
 
     QJsonArray rows;
     for (const auto& folder : directories->folders()->list()) {
@@ -59,7 +42,11 @@ int cmdFolders(CommandContext& context)
             { "displayPath", folder->displayPath() },
             { "role", directories->getRoleOfFolder(folder->id()) },
             { "enabled", folder->isEnabled() },
-            { "available", folder->isAvailable() },
+            // A share's mount point exists before the share is mounted: the registry's
+            // connected flag says whether it is.
+            { "available", folder->type() == QLatin1String("samba")
+                               ? directories->networkStorage().value(folder->aliasName())
+                               : folder->isAvailable() },
         };
         if (lastState.contains(folder->aliasName()))
             row.insert(QStringLiteral("state"), lastState.value(folder->aliasName()));
