@@ -22,11 +22,10 @@ public:
         PreConfiguration::setParameter(QStringLiteral("mountingStorageDirPath"), path("mnt"));
         PreConfiguration::setParameter(QStringLiteral("isEditorOnly"), true);
         // Relative names that differ from the role keys, so that the tables can be told apart.
-        const QList<QPair<const char*, const char*>> relative = {
-            {"sequencesDirPath", "seq"}, {"databaseReportsDirPath", "db"}, {"pdfReportsDirPath", "pdf"},
-            {"templatesDirPath", "tpl"}, {"toolBackupsDirPath", "backups"}, {"mediaDirPath", "media"},
-            {"certificatesDirPath", "certs"}, {"scriptsDirPath", "scripts"}};
-        for (const auto& entry : relative)
+        for (const auto& entry : QList<QPair<const char*, const char*>>{
+                 {"sequencesDirPath", "seq"}, {"databaseReportsDirPath", "db"}, {"pdfReportsDirPath", "pdf"},
+                 {"templatesDirPath", "tpl"}, {"toolBackupsDirPath", "backups"}, {"mediaDirPath", "media"},
+                 {"certificatesDirPath", "certs"}, {"scriptsDirPath", "scripts"}})
             PreConfiguration::setParameter(QLatin1String(entry.first), QLatin1String(entry.second));
     }
     ~RegistryStation() { PreConfiguration::clear(); }
@@ -38,7 +37,6 @@ public:
     }
     // A directory with nothing mounted on it: no removable medium.
     QString usbKeyPath() const { return path(QStringLiteral("usbkey")); }
-
     static QString newId() { return QUuid::createUuid().toString(); }
 
     static QJsonObject folder(const QString& id, const QString& type, const QString& alias, const QString& path,

@@ -15,14 +15,6 @@ bool touch(const QString& path)
     QFile file(path);
     return file.open(QIODevice::WriteOnly);
 }
-
-QStringList rowNames(Directories& directories)
-{
-    QStringList names;
-    for (const QSharedPointer<FileInfo>& entry : directories.subDirectories()->list())
-        names << entry->name();
-    return names;
-}
 }
 
 class TestDirectoriesBrowsing : public QObject
@@ -33,182 +25,163 @@ private:
     std::unique_ptr<RegistryStation> m_station;
     std::unique_ptr<Directories> m_directories;
 
+    QStringList rowNames() const
+    {
+        QStringList names;
+        for (const QSharedPointer<FileInfo>& entry : m_directories->subDirectories()->list())
+            names << entry->name();
+        return names;
+    }
+
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_station.reset(new RegistryStation);
+        m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
+        for (const char* sub : {"internal/b", "internal/a/deeper", "internal/c"})
+            QVERIFY(QDir().mkpath(m_station->path(QString::fromLatin1(sub))));
+        QVERIFY(touch(m_station->internal("file.txt")));
+        QVERIFY(QFile::link(m_station->internal("a"), m_station->internal("link")));
+    }
 
-    void relativePath_data();
-    void relativePath();
-    void browsingStaysInsideTheRoot();
-    void selectionEdgeCases();
-    void networkTypeIsNotBrowsed();
-    void templatesByVersionThenPlain();
-    void filesForPath();
-    void storageSize();
-    void usbFolderFollowsTheMedium();
+    void cleanup()
+    {
+        m_directories.reset();
+        m_station.reset();
+    }
+
+    void relativePath_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("path"); // "@" stands for the internal root
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("inside the internal root") << "internal" << "@/a/deeper" << "a/deeper";
+        QTest::newRow("the root itself is empty") << "internal" << "@/" << "";
+        QTest::newRow("another root keeps the full path") << "samba" << "@/a" << "@/a";
+        QTest::newRow("unknown type has no root") << "ftp" << "@/a/" << "@/a";
+    }
+
+    void relativePath()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, path);
+        QFETCH(QString, expected);
+        LogCapture log;
+        QCOMPARE(m_directories->getRelativePath(type, path.replace("@", m_station->internal())),
+                 expected.replace("@", m_station->internal()));
+        QVERIFY(!log.contains("Unknown folder type"));
+    }
+
+    void browsingStaysInsideTheRoot()
+    {
+        m_directories->setCurrentRelativePath("internal", "");
+        QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
+        QVERIFY(!m_directories->currentPathHasParent());
+        QCOMPARE(rowNames(), (QStringList{"a", "b", "c"})); // no file, no link
+        m_directories->goToParentDirectory();
+        QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
+        QVERIFY(m_directories->isCurrentDirectoryValid());
+
+        m_directories->changeDirectory(0);
+        QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("a"));
+        QVERIFY(m_directories->currentPathHasParent());
+        QCOMPARE(rowNames(), QStringList{"deeper"});
+        QCOMPARE(m_directories->subDirectories()->at(0)->folderType(), QStringLiteral("internal"));
+        m_directories->goToParentDirectory();
+        m_directories->goToParentDirectory();
+        QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
+        QCOMPARE(rowNames().size(), 3);
+
+        // A network type empties the current directory but leaves the list.
+        QSignalSpy changed(m_directories.get(), &Directories::currentPathChanged);
+        m_directories->setCurrentRelativePath("samba", "x");
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(!m_directories->isCurrentDirectoryValid());
+        QCOMPARE(rowNames().size(), 3);
+    }
+
+    void selectionEdgeCases()
+    {
+        m_directories->setCurrentRelativePath("internal", "");
+        m_directories->selectDirectory(1);
+        QCOMPARE(m_directories->selectedDirectoryIndex(), 1);
+        QCOMPARE(m_directories->currentPath(), QStringLiteral("b"));
+        QSignalSpy changed(m_directories.get(), &Directories::currentPathChanged);
+        m_directories->selectDirectory(5);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(m_directories->selectedDirectoryIndex(), -1);
+        QCOMPARE(m_directories->currentPath(), QStringLiteral("b")); // the name stays
+
+        m_directories->selectDirectory(1);
+        changed.clear();
+        m_directories->changeDirectory(-1);
+        QCOMPARE(m_directories->selectedDirectoryIndex(), -1);
+        QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
+        m_directories->setCurrentFolderType("internal");
+        QCOMPARE(changed.count(), 0);
+    }
+
+    void templatesAndFiles()
+    {
+        QJsonValue empty = QJsonObject();
+        m_directories->loadSettings(empty);
+        for (const char* name : {"tpl/report_V1.9.3.lrxml", "tpl/plain.lrxml", "tpl/report_V1.10.0.lrxml",
+                                 "tpl/report_v2.0.0.lrxml", "tpl/notes.txt", "b/z.csv", "b/a.csv", "b/a.txt"})
+            QVERIFY(touch(m_station->internal(QLatin1String(name))));
+        QCOMPARE(m_directories->templatesList(),
+                 (QStringList{"report_V1.10.0.lrxml", "report_V1.9.3.lrxml", "plain.lrxml", "report_v2.0.0.lrxml"}));
+
+        QVERIFY(QFile::link(m_station->internal("b/z.csv"), m_station->internal("b/l.csv")));
+        QCOMPARE(m_directories->getFilesForPath(m_station->internal("b"), {"*.csv"}), (QStringList{"a.csv", "z.csv"}));
+    }
+
+    void storageSize()
+    {
+        qint64 total = -5;
+        qint64 available = -5;
+        QVERIFY(Directories::getStorageSize(total, available));
+        QVERIFY(total > 0 && available >= 0 && available <= total);
+
+        PreConfiguration::setParameter("internalStorageDirPath", m_station->path("missing"));
+        LogCapture log;
+        total = available = -5;
+        QVERIFY(!Directories::getStorageSize(total, available));
+        QCOMPARE(total, qint64(-5));
+        QCOMPARE(available, qint64(-5));
+        QCOMPARE(log.count("ERROR: Failure to get root storage info"), 1);
+    }
+
+    void usbFolderFollowsTheMedium()
+    {
+        QJsonValue empty = QJsonObject();
+        m_directories->loadSettings(empty);
+        QSignalSpy state(m_directories.get(), &Directories::removableStorageStateChanged);
+        QSignalSpy changed(m_directories.get(), &Directories::sigDirectoriesChanged);
+        auto plug = [this](bool plugged) {
+            QVERIFY(QMetaObject::invokeMethod(m_directories.get(), "sltRemovableStorageStateChanged",
+                                              Q_ARG(bool, plugged)));
+        };
+        plug(true);
+        plug(true);
+        bool found = false;
+        QSharedPointer<Folder> usb = m_directories->getFolderByName("usb", found);
+        QVERIFY(found);
+        QCOMPARE(m_directories->folders()->count(), 9);
+        QCOMPARE(m_directories->folders()->at(8), usb); // appended, not sorted
+        QCOMPARE(usb->id(), QStringLiteral("usb"));
+        QCOMPARE(m_directories->foldersRoles().value("usb"), QStringLiteral("usb"));
+        QVERIFY(m_directories->removableStorageAvailable());
+        QCOMPARE(state.count(), 2);
+        QCOMPARE(changed.count(), 0);
+
+        plug(false);
+        m_directories->getFolderByName("USB", found);
+        QVERIFY(!found);
+        QVERIFY(!m_directories->foldersRoles().contains("usb"));
+        QVERIFY(!m_directories->removableStorageAvailable());
+        QCOMPARE(state.last().at(0).toBool(), false);
+    }
 };
-
-void TestDirectoriesBrowsing::init()
-{
-    m_station.reset(new RegistryStation);
-    m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
-    for (const char* sub : {"internal/b", "internal/a/deeper", "internal/c"})
-        QVERIFY(QDir().mkpath(m_station->path(QString::fromLatin1(sub))));
-    QVERIFY(touch(m_station->internal("file.txt")));
-    QVERIFY(QFile::link(m_station->internal("a"), m_station->internal("link")));
-}
-
-void TestDirectoriesBrowsing::cleanup()
-{
-    m_directories.reset();
-    m_station.reset();
-}
-
-void TestDirectoriesBrowsing::relativePath_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("path");   // "@" stands for the internal root
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("inside the internal root") << "internal" << "@/a/deeper" << "a/deeper";
-    QTest::newRow("the root itself is empty") << "internal" << "@/" << "";
-    QTest::newRow("another root keeps the full path") << "samba" << "@/a" << "@/a";
-    QTest::newRow("unknown type has no root") << "ftp" << "@/a/" << "@/a";
-}
-
-void TestDirectoriesBrowsing::relativePath()
-{
-    QFETCH(QString, type);
-    QFETCH(QString, path);
-    QFETCH(QString, expected);
-    LogCapture log;
-    QCOMPARE(m_directories->getRelativePath(type, path.replace("@", m_station->internal())),
-             expected.replace("@", m_station->internal()));
-    QVERIFY(!log.contains("Unknown folder type"));
-}
-
-void TestDirectoriesBrowsing::browsingStaysInsideTheRoot()
-{
-    m_directories->setCurrentRelativePath("internal", "");
-    QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
-    QVERIFY(!m_directories->currentPathHasParent());
-    QCOMPARE(rowNames(*m_directories), (QStringList{"a", "b", "c"}));   // no file, no link
-
-    m_directories->goToParentDirectory();
-    QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
-    QVERIFY(m_directories->isCurrentDirectoryValid());
-
-    m_directories->changeDirectory(0);
-    QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("a"));
-    QVERIFY(m_directories->currentPathHasParent());
-    QCOMPARE(rowNames(*m_directories), QStringList{"deeper"});
-    QCOMPARE(m_directories->subDirectories()->at(0)->folderType(), QStringLiteral("internal"));
-
-    m_directories->goToParentDirectory();
-    m_directories->goToParentDirectory();
-    QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
-    QCOMPARE(rowNames(*m_directories).size(), 3);
-}
-
-void TestDirectoriesBrowsing::selectionEdgeCases()
-{
-    m_directories->setCurrentRelativePath("internal", "");
-    m_directories->selectDirectory(1);
-    QCOMPARE(m_directories->selectedDirectoryIndex(), 1);
-    QCOMPARE(m_directories->currentPath(), QStringLiteral("b"));
-
-    QSignalSpy changed(m_directories.get(), &Directories::currentPathChanged);
-    m_directories->selectDirectory(5);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(m_directories->selectedDirectoryIndex(), -1);
-    QCOMPARE(m_directories->currentPath(), QStringLiteral("b"));   // the name stays
-
-    m_directories->selectDirectory(1);
-    changed.clear();
-    m_directories->changeDirectory(-1);
-    QCOMPARE(m_directories->selectedDirectoryIndex(), -1);
-    QCOMPARE(m_directories->currentRelativePath(), QStringLiteral("."));
-    QCOMPARE(changed.count(), 0);
-
-    m_directories->setCurrentFolderType("internal");
-    QCOMPARE(changed.count(), 0);
-}
-
-void TestDirectoriesBrowsing::networkTypeIsNotBrowsed()
-{
-    m_directories->setCurrentRelativePath("internal", "");
-    QSignalSpy changed(m_directories.get(), &Directories::currentPathChanged);
-    m_directories->setCurrentRelativePath("samba", "x");
-    QCOMPARE(changed.count(), 1);
-    QVERIFY(!m_directories->isCurrentDirectoryValid());
-    QCOMPARE(rowNames(*m_directories).size(), 3);
-}
-
-void TestDirectoriesBrowsing::templatesByVersionThenPlain()
-{
-    QJsonValue empty = QJsonObject();
-    m_directories->loadSettings(empty);
-    for (const char* name : {"report_V1.9.3.lrxml", "plain.lrxml", "report_V1.10.0.lrxml", "report_v2.0.0.lrxml",
-                             "notes.txt"})
-        QVERIFY(touch(m_station->internal("tpl/") + QLatin1String(name)));
-    QCOMPARE(m_directories->templatesList(),
-             (QStringList{"report_V1.10.0.lrxml", "report_V1.9.3.lrxml", "plain.lrxml", "report_v2.0.0.lrxml"}));
-}
-
-void TestDirectoriesBrowsing::filesForPath()
-{
-    QVERIFY(touch(m_station->internal("b/z.csv")));
-    QVERIFY(touch(m_station->internal("b/a.csv")));
-    QVERIFY(touch(m_station->internal("b/a.txt")));
-    QVERIFY(QFile::link(m_station->internal("b/z.csv"), m_station->internal("b/l.csv")));
-    QCOMPARE(m_directories->getFilesForPath(m_station->internal("b"), {"*.csv"}), (QStringList{"a.csv", "z.csv"}));
-}
-
-void TestDirectoriesBrowsing::storageSize()
-{
-    qint64 total = -5;
-    qint64 available = -5;
-    QVERIFY(Directories::getStorageSize(total, available));
-    QVERIFY(total > 0);
-    QVERIFY(available >= 0 && available <= total);
-
-    PreConfiguration::setParameter("internalStorageDirPath", m_station->path("missing"));
-    LogCapture log;
-    total = available = -5;
-    QVERIFY(!Directories::getStorageSize(total, available));
-    QCOMPARE(total, qint64(-5));
-    QCOMPARE(available, qint64(-5));
-    QCOMPARE(log.count("ERROR: Failure to get root storage info"), 1);
-}
-
-void TestDirectoriesBrowsing::usbFolderFollowsTheMedium()
-{
-    QJsonValue empty = QJsonObject();
-    m_directories->loadSettings(empty);
-    QSignalSpy state(m_directories.get(), &Directories::removableStorageStateChanged);
-    QSignalSpy changed(m_directories.get(), &Directories::sigDirectoriesChanged);
-    auto plug = [this](bool plugged) {
-        QVERIFY(QMetaObject::invokeMethod(m_directories.get(), "sltRemovableStorageStateChanged", Q_ARG(bool, plugged)));
-    };
-    plug(true);
-    plug(true);
-    bool found = false;
-    QSharedPointer<Folder> usb = m_directories->getFolderByName("usb", found);
-    QVERIFY(found);
-    QCOMPARE(m_directories->folders()->count(), 9);
-    QCOMPARE(m_directories->folders()->at(8), usb);   // appended, not sorted
-    QCOMPARE(usb->id(), QStringLiteral("usb"));
-    QCOMPARE(m_directories->foldersRoles().value("usb"), QStringLiteral("usb"));
-    QVERIFY(m_directories->removableStorageAvailable());
-    QCOMPARE(state.count(), 2);
-    QCOMPARE(changed.count(), 0);
-
-    plug(false);
-    m_directories->getFolderByName("USB", found);
-    QVERIFY(!found);
-    QVERIFY(!m_directories->foldersRoles().contains("usb"));
-    QVERIFY(!m_directories->removableStorageAvailable());
-    QCOMPARE(state.last().at(0).toBool(), false);
-}
 
 QTEST_GUILESS_MAIN(TestDirectoriesBrowsing)
 #include "tst_directoriesbrowsing.moc"
