@@ -12,6 +12,20 @@
 
 #include <memory>
 
+// Writes `bytes`, creating the parent directory.
+inline bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+}
+
+inline QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
 // A station in a temporary directory: storage folders, pre-configuration parameters and a
 // configuration directory holding "settings.json" (an empty document until a test writes one).
 class TestStation
@@ -25,14 +39,13 @@ public:
         for (const char* sub : {"config", "storage/internal", "storage/usb", "storage/mnt", "storage/trash"})
             QDir(root).mkpath(QString::fromLatin1(sub));
         PreConfiguration::clear();
-        PreConfiguration::setParameter(QStringLiteral("configDirPath"), configDir());
-        PreConfiguration::setParameter(QStringLiteral("configFilename"), QString::fromLatin1(C_fileName));
-        PreConfiguration::setParameter(QStringLiteral("internalStorageDirPath"), root + "/storage/internal");
-        PreConfiguration::setParameter(QStringLiteral("removableStorageDirPath"), root + "/storage/usb");
-        PreConfiguration::setParameter(QStringLiteral("mountingStorageDirPath"), root + "/storage/mnt");
-        PreConfiguration::setParameter(QStringLiteral("trashStorageDirPath"), root + "/storage/trash");
-        PreConfiguration::setParameter(QStringLiteral("syncDatabaseFilePath"), root + "/storage/sync.db");
-        PreConfiguration::setParameter(QStringLiteral("systemUpdateFolder"), root + "/update");
+        const QList<QPair<const char*, QString>> parameters{
+            {"configDirPath", configDir()}, {"configFilename", QString::fromLatin1(C_fileName)},
+            {"internalStorageDirPath", root + "/storage/internal"}, {"removableStorageDirPath", root + "/storage/usb"},
+            {"mountingStorageDirPath", root + "/storage/mnt"}, {"trashStorageDirPath", root + "/storage/trash"},
+            {"syncDatabaseFilePath", root + "/storage/sync.db"}, {"systemUpdateFolder", root + "/update"}};
+        for (const auto& parameter : parameters)
+            PreConfiguration::setParameter(QString::fromLatin1(parameter.first), parameter.second);
         writeDocument(QJsonObject());
     }
 
@@ -40,12 +53,12 @@ public:
     QString configDir() const { return m_dir.path() + "/config"; }
     QString filePath() const { return configDir() + '/' + C_fileName; }
 
-    // Writes the document. Unless `keepRegion`, a document without a region gets the system's
-    // own time zone, so that loading it never asks the system to change zone.
-    bool writeDocument(QJsonObject document, bool keepRegion = false) const
+    // A document without a region gets the system's own time zone, so that loading it never
+    // asks the system to change zone.
+    bool writeDocument(QJsonObject document) const
     {
         QJsonObject regional = document.value("regionalSettings").toObject();
-        if (!keepRegion && !regional.contains("region")) {
+        if (!regional.contains("region")) {
             const QStringList zone = QString::fromUtf8(QTimeZone::systemTimeZoneId()).split('/');
             regional.insert("region", zone.value(0));
             regional.insert("city", zone.value(1));
@@ -53,26 +66,13 @@ public:
         }
         return writeBytes(QJsonDocument(document).toJson());
     }
-    bool writeText(const char* json, bool keepRegion = false) const
+    bool writeText(const char* json) const
     {
-        QJsonParseError error;
-        const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-        if (error.error != QJsonParseError::NoError || !document.isObject())
-            return false;
-        return writeDocument(document.object(), keepRegion);
+        const QJsonDocument document = QJsonDocument::fromJson(json);
+        return document.isObject() && writeDocument(document.object());
     }
-    bool writeBytes(const QByteArray& bytes) const
-    {
-        QFile file(filePath());
-        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
-    }
-    QJsonObject readDocument() const
-    {
-        QFile file(filePath());
-        if (!file.open(QIODevice::ReadOnly))
-            return QJsonObject();
-        return QJsonDocument::fromJson(file.readAll()).object();
-    }
+    bool writeBytes(const QByteArray& bytes) const { return writeFile(filePath(), bytes); }
+    QJsonObject readDocument() const { return QJsonDocument::fromJson(readFile(filePath())).object(); }
 
     std::unique_ptr<DZuConfiguration> create(AccessControlManager* accessControl = nullptr) const
     {
@@ -85,8 +85,6 @@ public:
                                                   root() + "/storage/usb", accessControl,
                                                   root() + "/storage/sync.db", root() + "/storage/trash");
     }
-
-    bool isValid() const { return m_dir.isValid(); }
 
 private:
     QTemporaryDir m_dir;

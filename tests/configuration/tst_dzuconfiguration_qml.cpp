@@ -12,132 +12,90 @@ class TestDZuConfigurationQml : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void contextPropertiesArePublished();
-    void bindingsFollowTheService();
+    void initTestCase() { DZuConfiguration::setTimeZoneCommand(QStringLiteral("true")); }
+    void init();
+    void cleanup();
+    void publishedAndBound();
     void qmlWritesAndCallsReachTheService();
-    void invokables_data();
-    void invokables();
 
 private:
-    std::unique_ptr<QObject> createClient(QQmlEngine& engine);
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<GuiEngine> m_guiEngine;
+    std::unique_ptr<TestStation> m_station;
+    std::unique_ptr<DZuConfiguration> m_config;
+    std::unique_ptr<QObject> m_client;
 };
 
-void TestDZuConfigurationQml::initTestCase()
+void TestDZuConfigurationQml::init()
 {
-    DZuConfiguration::setTimeZoneCommand(QStringLiteral("true"));
+    m_engine = std::make_unique<QQmlEngine>();
+    m_guiEngine = std::make_unique<GuiEngine>(m_engine.get());
+    m_station = std::make_unique<TestStation>();
+    QVERIFY(m_station->writeText(R"({"general": {"workplace_name": "Loaded", "sound_volume": 60},
+                                     "validators": {"max": 12}})"));
+    m_config = m_station->create();
+    QQmlComponent component(m_engine.get(), QUrl::fromLocalFile(STATION_TEST_QML_DIR "/ZuConfigClient.qml"));
+    m_client.reset(component.create());
+    QVERIFY2(m_client, qPrintable(component.errorString()));
 }
 
-std::unique_ptr<QObject> TestDZuConfigurationQml::createClient(QQmlEngine& engine)
+void TestDZuConfigurationQml::cleanup()
 {
-    QQmlComponent component(&engine, QUrl::fromLocalFile(QStringLiteral(STATION_TEST_QML_DIR "/ZuConfigClient.qml")));
-    std::unique_ptr<QObject> client(component.create());
-    if (!client)
-        qWarning() << component.errorString();
-    return client;
+    m_client.reset();
+    m_config.reset();
+    m_station.reset();
+    m_guiEngine.reset();
+    m_engine.reset();
 }
 
-void TestDZuConfigurationQml::contextPropertiesArePublished()
+void TestDZuConfigurationQml::publishedAndBound()
 {
-    QQmlEngine engine;
-    GuiEngine guiEngine(&engine);
-    TestStation station;
-    auto config = station.create();
-    QQmlContext* context = engine.rootContext();
-    QCOMPARE(context->contextProperty("zuConfig").value<QObject*>(), config.get());
-    QCOMPARE(context->contextProperty("directories").value<QObject*>(), config->directories());
-    QCOMPARE(context->contextProperty("dateTime").value<QObject*>(), config->dateTime());
+    QQmlContext* context = m_engine->rootContext();
+    QCOMPARE(context->contextProperty("zuConfig").value<QObject*>(), m_config.get());
+    QCOMPARE(m_client->property("folders").value<QObject*>(), m_config->directories());
+    QCOMPARE(m_client->property("clock").value<QObject*>(), m_config->dateTime());
+    QCOMPARE(m_client->property("appName").toString(), QString("Kestrin Editor"));
+    QCOMPARE(m_client->property("version").toString(), QString("@VERSION@"));
+    QCOMPARE(m_client->property("dateFormats").toStringList(), (QStringList{"DD/MM/YYYY", "MM/DD/YYYY", "YYYY-MM-DD"}));
+    QCOMPARE(m_client->property("workplace").toString(), QString("Loaded"));
+    QCOMPARE(m_client->property("volume").toInt(), 60);
+    QCOMPARE(m_client->property("is24h").toBool(), true);
 
-    auto client = createClient(engine);
-    QVERIFY(client);
-    QCOMPARE(client->property("folders").value<QObject*>(), config->directories());
-    QCOMPARE(client->property("clock").value<QObject*>(), config->dateTime());
-    QCOMPARE(client->property("appName").toString(), QString("Kestrin Editor"));
-    QCOMPARE(client->property("version").toString(), QString("@VERSION@"));
-    QCOMPARE(client->property("dateFormats").toStringList(), (QStringList{"DD/MM/YYYY", "MM/DD/YYYY", "YYYY-MM-DD"}));
-}
-
-void TestDZuConfigurationQml::bindingsFollowTheService()
-{
-    QQmlEngine engine;
-    GuiEngine guiEngine(&engine);
-    TestStation station;
-    QVERIFY(station.writeText(R"({"general": {"workplace_name": "Loaded", "sound_volume": 60}})"));
-    auto config = station.create();
-    auto client = createClient(engine);
-    QVERIFY(client);
-    QCOMPARE(client->property("workplace").toString(), QString("Loaded"));
-    QCOMPARE(client->property("volume").toInt(), 60);
-    QCOMPARE(client->property("is24h").toBool(), true);
-
-    config->setWorkplaceName("Changed in C++");
-    config->setSoundVolume(-1);
-    config->setFormats("12 h", "DD/MM/YYYY");
-    QCOMPARE(client->property("workplace").toString(), QString("Changed in C++"));
-    QCOMPARE(client->property("volume").toInt(), 100);
-    QCOMPARE(client->property("is24h").toBool(), false);
+    m_config->setWorkplaceName("Changed in C++");
+    m_config->setSoundVolume(-1);
+    m_config->setFormats("12 h", "DD/MM/YYYY");
+    QCOMPARE(m_client->property("workplace").toString(), QString("Changed in C++"));
+    QCOMPARE(m_client->property("volume").toInt(), 100);
+    QCOMPARE(m_client->property("is24h").toBool(), false);
 }
 
 void TestDZuConfigurationQml::qmlWritesAndCallsReachTheService()
 {
-    QQmlEngine engine;
-    GuiEngine guiEngine(&engine);
-    TestStation station;
-    auto config = station.create();
-    auto client = createClient(engine);
-    QVERIFY(client);
-
-    QVariant scriptPath;
-    QVERIFY(QMetaObject::invokeMethod(client.get(), "writeSettings", Q_RETURN_ARG(QVariant, scriptPath)));
-    QCOMPARE(config->workplaceName(), QString("Written from QML"));
-    QCOMPARE(config->storedSoundVolume(), 100);
-    QVERIFY(config->displayDate());
-    QCOMPARE(config->customNtp(), QString("ntp.qml"));
-    QCOMPARE(config->storedSequenceScriptPath(), QString("launch.js"));
-    QCOMPARE(scriptPath.toString(), config->mediaDirectoryPath() + "/launch.js");
-    QCOMPARE(config->currentHourFormat(), QString("12 h"));
-    QCOMPARE(config->currentDateFormat(), QString("YYYY-MM-DD"));
-    QCOMPARE(config->skipComments(), QStringList{"From QML"});
-    QCOMPARE(config->validators().value("serial").toString(), QString("^[A-Z]+$"));
-    // Bindings saw the same changes.
-    QCOMPARE(client->property("workplace").toString(), QString("Written from QML"));
-    QCOMPARE(client->property("is24h").toBool(), false);
-    QCOMPARE(client->property("skipCount").toInt(), 1);
-}
-
-void TestDZuConfigurationQml::invokables_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("added");
-    QTest::newRow("positive code is added") << 4 << "front" << true;
-    QTest::newRow("code 0 is refused") << 0 << "front" << false;
-    QTest::newRow("empty name is refused") << 4 << "" << false;
-}
-
-void TestDZuConfigurationQml::invokables()
-{
-    QFETCH(int, code);
-    QFETCH(QString, name);
-    QFETCH(bool, added);
-    QQmlEngine engine;
-    GuiEngine guiEngine(&engine);
-    TestStation station;
-    QVERIFY(station.writeText(R"({"validators": {"max": 12}})"));
-    auto config = station.create();
-    auto client = createClient(engine);
-    QVERIFY(client);
-    QSignalSpy relationChanged(config.get(), &DZuConfiguration::sigSequenceRelationChanged);
-
     QVariant result;
-    QVERIFY(QMetaObject::invokeMethod(client.get(), "addRelation", Q_RETURN_ARG(QVariant, result),
-                                      Q_ARG(QVariant, code), Q_ARG(QVariant, name)));
-    QCOMPARE(result.toBool(), added);
-    QCOMPARE(config->sequenceIoRelations()->count(), added ? 1 : 0);
-    QCOMPARE(client->property("relationCount").toInt(), added ? 1 : 0);
-    QCOMPARE(relationChanged.count(), added ? 1 : 0);
+    QVERIFY(QMetaObject::invokeMethod(m_client.get(), "writeSettings", Q_RETURN_ARG(QVariant, result)));
+    QCOMPARE(m_config->workplaceName(), QString("Written from QML"));
+    QCOMPARE(m_config->storedSoundVolume(), 100);
+    QVERIFY(m_config->displayDate());
+    QCOMPARE(m_config->customNtp(), QString("ntp.qml"));
+    QCOMPARE(m_config->storedSequenceScriptPath(), QString("launch.js"));
+    QCOMPARE(result.toString(), m_config->mediaDirectoryPath() + "/launch.js");
+    QCOMPARE(m_config->currentHourFormat(), QString("12 h"));
+    QCOMPARE(m_config->currentDateFormat(), QString("YYYY-MM-DD"));
+    QCOMPARE(m_config->skipComments(), QStringList{"From QML"});
+    QCOMPARE(m_config->validators().value("serial").toString(), QString("^[A-Z]+$"));
+    QCOMPARE(m_client->property("workplace").toString(), QString("Written from QML"));
+    QCOMPARE(m_client->property("is24h").toBool(), false);
+    QCOMPARE(m_client->property("skipCount").toInt(), 1);
 
-    QVERIFY(QMetaObject::invokeMethod(client.get(), "validator", Q_RETURN_ARG(QVariant, result),
+    QSignalSpy relationChanged(m_config.get(), &DZuConfiguration::sigSequenceRelationChanged);
+    for (int code : {4, 0}) {
+        QVERIFY(QMetaObject::invokeMethod(m_client.get(), "addRelation", Q_RETURN_ARG(QVariant, result),
+                                          Q_ARG(QVariant, code), Q_ARG(QVariant, "front")));
+        QCOMPARE(result.toBool(), code > 0);
+    }
+    QCOMPARE(m_client->property("relationCount").toInt(), 1);
+    QCOMPARE(relationChanged.count(), 1);
+    QVERIFY(QMetaObject::invokeMethod(m_client.get(), "validator", Q_RETURN_ARG(QVariant, result),
                                       Q_ARG(QVariant, QString("max"))));
     QCOMPARE(result.toString(), QString("12"));
 }

@@ -5,26 +5,10 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-namespace {
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-}
-
 class TestConfigurationTemplates : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -43,15 +27,10 @@ private:
     QString m_media;
 };
 
-void TestConfigurationTemplates::initTestCase()
-{
-    DZuConfiguration::setTimeZoneCommand(QStringLiteral("false"));
-}
-
 void TestConfigurationTemplates::init()
 {
+    DZuConfiguration::setTimeZoneCommand(QStringLiteral("false"));
     m_station = std::make_unique<TestStation>();
-    QVERIFY(m_station->isValid());
     const QString internal = m_station->root() + "/storage/internal/";
     PreConfiguration::setParameter("templatesDirPath", internal + "report_templates");
     PreConfiguration::setParameter("mediaDirPath", internal + "media");
@@ -60,11 +39,9 @@ void TestConfigurationTemplates::init()
     m_templates = m_config->directories()->getTemplatesDirectoryPath();
     m_media = m_config->directories()->getMediaDirectoryPath();
     // Both resolve inside the station's internal storage, each to its own directory.
-    QVERIFY2(m_templates.startsWith(internal), qPrintable(m_templates));
-    QVERIFY2(m_media.startsWith(internal), qPrintable(m_media));
-    QVERIFY(m_templates != m_media);
-    QVERIFY(QDir().mkpath(m_templates));
-    QVERIFY(QDir().mkpath(m_media));
+    QVERIFY2(m_templates.startsWith(internal) && m_media.startsWith(internal) && m_templates != m_media,
+             qPrintable(m_templates + ' ' + m_media));
+    QVERIFY(QDir().mkpath(m_templates) && QDir().mkpath(m_media));
 }
 
 void TestConfigurationTemplates::cleanup()
