@@ -1,10 +1,14 @@
 #pragma once
+#include <QCoreApplication>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTemporaryDir>
+#include <QTranslator>
 #include <QUuid>
+#include <QtTest>
 
+#include "directories.h"
 #include "utilities/preconfiguration.h"
 
 // A station's storage in a temporary directory, set as the pre-configuration of this
@@ -62,4 +66,45 @@ public:
 
 private:
     QTemporaryDir m_dir;
+};
+
+// Shared fixture of the registry tests: the English catalogue, a fresh station and registry per test.
+class RegistryTestBase : public QObject
+{
+    Q_OBJECT
+
+protected:
+    QTranslator m_catalogue;
+    std::unique_ptr<RegistryStation> m_station;
+    std::unique_ptr<Directories> m_directories;
+
+    void loadCatalogue()
+    {
+        QVERIFY(m_catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_CATALOGUE_DIR)));
+        QCoreApplication::installTranslator(&m_catalogue);
+    }
+    void makeStation()
+    {
+        m_station.reset(new RegistryStation);
+        m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
+    }
+    void load(QJsonValue document) { m_directories->loadSettings(document); }
+    QStringList aliases() const
+    {
+        QStringList names;
+        for (const QSharedPointer<Folder>& folder : m_directories->folders()->list())
+            names << folder->aliasName();
+        return names;
+    }
+
+private slots:
+    void initTestCase() { loadCatalogue(); }
+    void init() { makeStation(); }
+    void cleanup()
+    {
+        // Releasing the registry releases its folders, which unmount their shares.
+        m_directories.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_station.reset();
+    }
 };

@@ -2,7 +2,6 @@
 // selection, sorting, storage counters and the error funnel.
 #include <QCoreApplication>
 #include <QSignalSpy>
-#include <QTranslator>
 #include <QtTest>
 
 #include "directories.h"
@@ -15,23 +14,11 @@ const QStringList C_builtInAliases = {"CERTIFICATES", "MEDIA",     "PDF_RESULTS"
                                       "SCRIPTS",      "SEQUENCES", "TEMPLATES",   "TOOL_BACKUPS"};
 }
 
-class TestDirectories : public QObject
+class TestDirectories : public RegistryTestBase
 {
     Q_OBJECT
 
 private:
-    QTranslator m_catalogue;
-    std::unique_ptr<RegistryStation> m_station;
-    std::unique_ptr<Directories> m_directories;
-
-    void load(QJsonValue document) { m_directories->loadSettings(document); }
-    QStringList aliases() const
-    {
-        QStringList names;
-        for (const QSharedPointer<Folder>& folder : m_directories->folders()->list())
-            names << folder->aliasName();
-        return names;
-    }
     QString addOperatorFolder(const QString& alias, const QString& role = "undefined", const QString& type = "internal",
                               bool enabled = true)
     {
@@ -45,22 +32,8 @@ private:
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_CATALOGUE_DIR)));
-        QCoreApplication::installTranslator(&m_catalogue);
+        loadCatalogue();
         Directories::registerClass();
-    }
-
-    void init()
-    {
-        m_station.reset(new RegistryStation);
-        m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
-    }
-
-    void cleanup()
-    {
-        m_directories.reset();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        m_station.reset();
     }
 
     void constructionCreatesSyncManagerThroughFactory()

@@ -17,14 +17,11 @@ bool touch(const QString& path)
 }
 }
 
-class TestDirectoriesBrowsing : public QObject
+class TestDirectoriesBrowsing : public RegistryTestBase
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<RegistryStation> m_station;
-    std::unique_ptr<Directories> m_directories;
-
     QStringList rowNames() const
     {
         QStringList names;
@@ -36,18 +33,11 @@ private:
 private slots:
     void init()
     {
-        m_station.reset(new RegistryStation);
-        m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
+        makeStation();
         for (const char* sub : {"internal/b", "internal/a/deeper", "internal/c"})
             QVERIFY(QDir().mkpath(m_station->path(QString::fromLatin1(sub))));
         QVERIFY(touch(m_station->internal("file.txt")));
         QVERIFY(QFile::link(m_station->internal("a"), m_station->internal("link")));
-    }
-
-    void cleanup()
-    {
-        m_directories.reset();
-        m_station.reset();
     }
 
     void relativePath_data()
@@ -123,8 +113,7 @@ private slots:
 
     void templatesAndFiles()
     {
-        QJsonValue empty = QJsonObject();
-        m_directories->loadSettings(empty);
+        load(QJsonObject());
         for (const char* name : {"tpl/report_V1.9.3.lrxml", "tpl/plain.lrxml", "tpl/report_V1.10.0.lrxml",
                                  "tpl/report_v2.0.0.lrxml", "tpl/notes.txt", "b/z.csv", "b/a.csv", "b/a.txt"})
             QVERIFY(touch(m_station->internal(QLatin1String(name))));
@@ -153,8 +142,7 @@ private slots:
 
     void usbFolderFollowsTheMedium()
     {
-        QJsonValue empty = QJsonObject();
-        m_directories->loadSettings(empty);
+        load(QJsonObject());
         QSignalSpy state(m_directories.get(), &Directories::removableStorageStateChanged);
         QSignalSpy changed(m_directories.get(), &Directories::sigDirectoriesChanged);
         auto plug = [this](bool plugged) {

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QSignalSpy>
-#include <QTranslator>
 #include <QtTest>
 
 #include "core/ddirectoriespaths.h"
@@ -11,36 +10,11 @@
 #include "logcapture.h"
 #include "registrystation.h"
 
-class TestDirectoriesRolePaths : public QObject
+class TestDirectoriesRolePaths : public RegistryTestBase
 {
     Q_OBJECT
 
-private:
-    QTranslator m_catalogue;
-    std::unique_ptr<RegistryStation> m_station;
-    std::unique_ptr<Directories> m_directories;
-
-    void load(QJsonValue document) { m_directories->loadSettings(document); }
-
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(m_catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_CATALOGUE_DIR)));
-        QCoreApplication::installTranslator(&m_catalogue);
-    }
-
-    void init()
-    {
-        m_station.reset(new RegistryStation);
-        m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
-    }
-
-    void cleanup()
-    {
-        m_directories.reset();
-        m_station.reset();
-    }
-
     void localPathCreatesMissingDirectoryQuietly()
     {
         load(QJsonObject());

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QSignalSpy>
-#include <QTranslator>
 #include <QtTest>
 
 #include "core/ddirectoriespaths.h"
@@ -15,15 +14,12 @@ namespace {
 constexpr int C_mountTimeoutMs = 60000;
 }
 
-class TestDirectoriesShare : public QObject
+class TestDirectoriesShare : public RegistryTestBase
 {
     Q_OBJECT
 
 private:
-    QTranslator m_catalogue;
     SambaServer m_server;
-    std::unique_ptr<RegistryStation> m_station;
-    std::unique_ptr<Directories> m_directories;
 
     QSharedPointer<Folder> addShare(const QString& alias, const QString& role, const QString& password)
     {
@@ -40,26 +36,15 @@ private slots:
     {
         if (!SambaServer::available())
             QSKIP("smbd or the FUSE helper is not available on this machine");
-        QVERIFY(m_catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_CATALOGUE_DIR)));
-        QCoreApplication::installTranslator(&m_catalogue);
+        loadCatalogue();
         QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
     }
 
     void init()
     {
-        m_station.reset(new RegistryStation);
+        makeStation();
         PreConfiguration::setParameter("shareMountBackend", "fuse");
-        m_directories.reset(new Directories(QString(), QString(), m_station->usbKeyPath(), 30000, QStringList()));
-        QJsonValue empty = QJsonObject();
-        m_directories->loadSettings(empty);
-    }
-
-    void cleanup()
-    {
-        // Releasing the registry releases its folders, which unmount their shares.
-        m_directories.reset();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        m_station.reset();
+        load(QJsonObject());
     }
 
     void cleanupTestCase() { m_server.stop(); }
