@@ -26,6 +26,15 @@ inline QByteArray readFile(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
 }
 
+// The relation model as "code:name" texts.
+inline QStringList relationTexts(DZuConfiguration& config)
+{
+    QStringList texts;
+    for (const auto& relation : config.sequenceIoRelations()->list())
+        texts << QString::number(relation->binaryCode()) + ':' + relation->sequenceBaseName();
+    return texts;
+}
+
 // A station in a temporary directory: storage folders, pre-configuration parameters and a
 // configuration directory holding "settings.json" (an empty document until a test writes one).
 class TestStation

@@ -24,14 +24,6 @@ QJsonValue at(const QJsonObject& object, const char* dottedPath)
 {
     return JsonTools::getValue(object, QString::fromLatin1(dottedPath));
 }
-
-QStringList relationNames(DZuConfiguration& config)
-{
-    QStringList names;
-    for (const auto& relation : config.sequenceIoRelations()->list())
-        names << QString::number(relation->binaryCode()) + ':' + relation->sequenceBaseName();
-    return names;
-}
 }
 
 class TestDZuConfiguration : public QObject
@@ -133,7 +125,7 @@ void TestDZuConfiguration::loadRelationsUnitsAndRegionalCodes()
                              "language": "fr_FR", "keyboard_input": "de"},
         "validators": {"serial": "^[0-9]+$", "max": 12}})"));
     auto config = station.create();
-    QCOMPARE(relationNames(*config), (QStringList{"3:front", "1:rear"}));
+    QCOMPARE(relationTexts(*config), (QStringList{"3:front", "1:rear"}));
     QCOMPARE(config->validators(), (QVariantMap{{"serial", "^[0-9]+$"}, {"max", 12}}));
     QCOMPARE(LanguagesManagement::instance()->getCurrentLanguageCode(), QString("fr_FR"));
     QCOMPARE(KeyboardManagement::instance()->getCurrentKeyboardLayoutCode(), QString("de"));
@@ -577,7 +569,7 @@ void TestDZuConfiguration::restartFindsEverythingBack()
     QCOMPARE(config->validators(), (QVariantMap{{"serial", "^[0-9]+$"}}));
     QCOMPARE(config->skipComments(), QStringList{"s"});
     QCOMPARE(config->reworkComments(), QStringList{"r"});
-    QCOMPARE(relationNames(*config), QStringList{"2:front"});
+    QCOMPARE(relationTexts(*config), QStringList{"2:front"});
     QCOMPARE(config->syncIntervalMs(), 5000);
     QCOMPARE(config->syncExcludedPatterns(), QStringList{"*.tmp"});
     QCOMPARE(config->getLoggerSection(), (QVariantMap{{"level", "warning"}}));

@@ -8,20 +8,6 @@
 namespace {
 using Rows = QList<QPair<int, QString>>;
 
-QStringList rowTexts(DZuConfiguration& config)
-{
-    QStringList texts;
-    for (const auto& relation : config.sequenceIoRelations()->list())
-        texts << QString::number(relation->binaryCode()) + ':' + relation->sequenceBaseName();
-    return texts;
-}
-
-void fill(DZuConfiguration& config, const Rows& rows)
-{
-    for (const auto& row : rows)
-        QVERIFY(config.addSequenceIoRelation(row.first, row.second));
-}
-
 // Skip and rework lists follow the same rules; each row of the comment tests runs on both.
 struct CommentApi
 {
@@ -120,7 +106,8 @@ void TestConfigurationRelations::relations()
     QFETCH(QStringList, after);
     QFETCH(bool, changed);
 
-    fill(*m_config, before);
+    for (const auto& row : before)
+        QVERIFY(m_config->addSequenceIoRelation(row.first, row.second));
     OLM_SequenceIoRelation* model = m_config->sequenceIoRelations();
     QSignalSpy relationChanged(m_config.get(), &DZuConfiguration::sigSequenceRelationChanged);
     QSignalSpy modelChanged(model, &ObjectListModelBase::changed);
@@ -135,7 +122,7 @@ void TestConfigurationRelations::relations()
     else
         m_config->removeSequenceIoRelation(index);
 
-    QCOMPARE(rowTexts(*m_config), after);
+    QCOMPARE(relationTexts(*m_config), after);
     QCOMPARE(relationChanged.count(), changed ? 1 : 0);
     // Additions and removals notify the model's listeners; edits send nothing.
     QCOMPARE(modelChanged.count(), operation != "edit" && changed ? 1 : 0);

@@ -150,7 +150,6 @@ void TestConfigurationTemplates::validators_data()
     QTest::addColumn<int>("count");
 
     QTest::newRow("unknown name is empty") << QVariantMap{} << "serial" << "" << 1;
-    QTest::newRow("new number reads as its text") << QVariantMap{{"serial", 12}} << "serial" << "12" << 2;
     QTest::newRow("existing entry overwritten") << QVariantMap{{"barcode", "^[0-9]{8}$"}} << "barcode" << "^[0-9]{8}$"
                                                 << 1;
     QTest::newRow("several entries, others kept")
