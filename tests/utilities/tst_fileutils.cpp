@@ -2,7 +2,6 @@
 #include "utilities/jsontools.h"
 #include "filebytes.h"
 
-#include <QJsonDocument>
 #include <QtTest>
 
 class TestFileUtils : public QObject

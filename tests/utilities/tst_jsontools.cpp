@@ -1,7 +1,6 @@
 #include "utilities/jsontools.h"
 #include "filebytes.h"
 
-#include <QJsonDocument>
 #include <QtTest>
 
 namespace {
@@ -22,7 +21,6 @@ private Q_SLOTS:
         QTest::newRow("three levels") << "a.b.c" << QJsonValue("deep");
         QTest::newRow("an object is a value too") << "a.b" << QJsonValue(QJsonObject{ { "c", "deep" } });
         QTest::newRow("null value counts as found") << "nothing" << QJsonValue();
-        QTest::newRow("missing last step") << "a.x" << QJsonValue(QJsonValue::Undefined);
         QTest::newRow("step through a non-object") << "top.x" << QJsonValue(QJsonValue::Undefined);
         QTest::newRow("step through an array") << "list.0" << QJsonValue(QJsonValue::Undefined);
         QTest::newRow("empty path") << "" << QJsonValue(QJsonValue::Undefined);

@@ -1,6 +1,5 @@
 #include "utilities/sequenceiorelation.h"
 
-#include <QJsonDocument>
 #include <QtTest>
 
 class TestSequenceIoRelation : public QObject
