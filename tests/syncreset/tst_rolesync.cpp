@@ -25,7 +25,6 @@ private slots:
     void sameAliasIsRegisteredAgainWithoutDeletion();
     void unmountedDistantFolderCausesNoCall();
     void missingManagerIsLogged();
-    void pauseAndResumePassThrough();
     void networkAvailabilityReachesManager();
 
 private:
@@ -162,14 +161,6 @@ void TestRoleSync::missingManagerIsLogged()
     QCOMPARE(log.count("synchronizeFolderRole: syncManager not available"), 1);
     m_directories->pauseAllSync();   // nothing to pause; must not crash
     PreConfiguration::setParameter("isEditorOnly", false);
-}
-
-void TestRoleSync::pauseAndResumePassThrough()
-{
-    m_directories->pauseAllSync();
-    QVERIFY(m_fake->isPausedAll());
-    m_directories->resumeAllSync();
-    QCOMPARE(m_fake->calls, (QStringList { "pause", "resume" }));
 }
 
 void TestRoleSync::networkAvailabilityReachesManager()
