@@ -1,10 +1,3 @@
-#include <QDateTime>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QThread>
 #include <QtTest>
 
 #include <atomic>
@@ -21,11 +14,8 @@ bool writeFile(const QString& path, const QByteArray& content, const QDateTime& 
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        return false;
-    if (modified.isValid())
-        return file.setFileTime(modified, QFileDevice::FileModificationTime);
-    return true;
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size()
+           && (!modified.isValid() || file.setFileTime(modified, QFileDevice::FileModificationTime));
 }
 
 QByteArray readFile(const QString& path)
@@ -57,448 +47,349 @@ QByteArray pattern(int size, char seed)
 class TestDSyncManager : public QObject
 {
     Q_OBJECT
-private slots:
-    void init();
-    void cleanup();
+private Q_SLOTS:
+    void init()
+    {
+        m_dir.reset(new QTemporaryDir);
+        QVERIFY(m_dir->isValid());
+        QVERIFY(QDir().mkpath(local()));
+        QVERIFY(QDir().mkpath(remote()));
+    }
+    void cleanup()
+    {
+        m_manager.reset();
+        m_dir.reset();
+    }
 
-    void constructorTouchesNothing();
-    void registration_data();
-    void registration();
-    void changedFilesAreCopiedAgain_data();
-    void changedFilesAreCopiedAgain();
-    void subdirectoriesKeptAndPatternsExcluded();
-    void bookkeepingSurvivesRestart();
-    void distantFileIsTrashedBeforeReplace_data();
-    void distantFileIsTrashedBeforeReplace();
-    void readerNeverSeesHalfCopiedFile();
-    void pauseStopsAndResumeCatchesUp();
-    void unavailableAliasIsSkipped();
-    void unreachableDistantDirectoryReportsAndGoesOn();
-    void corruptDatabaseReportsError();
-    void failedFileKeepsDistantDataAndIsRetried_data();
-    void failedFileKeepsDistantDataAndIsRetried();
-    void periodicPassesRunOnTheTimer();
-    void destructionDuringPassLeavesNoPartialFile();
-    void wipeRefusedWhileBusyAndFreshAfter();
-    void idleChangedSequence();
+    void changedFilesAreCopiedAgain_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("copiedAgain");
+        QTest::newRow("nothing changed copies nothing") << "none" << QStringList();
+        QTest::newRow("the bookkeeping survives a restart") << "restart" << QStringList();
+        QTest::newRow("a size change is copied") << "size" << QStringList {"a.txt"};
+        QTest::newRow("a new modification time alone is copied") << "mtime" << QStringList {"a.txt"};
+        QTest::newRow("a new file is copied") << "new" << QStringList {"c.txt"};
+    }
+    // Sub-directories and hidden files kept, excluded patterns and temporaries never on the distant side.
+    void changedFilesAreCopiedAgain()
+    {
+        QFETCH(QString, change);
+        QFETCH(QStringList, copiedAgain);
+        const QDateTime past = QDateTime::currentDateTime().addSecs(-3600);
+        QVERIFY(writeFile(local("a.txt"), "alpha", past));
+        QVERIFY(writeFile(local("b.txt"), "bravo", past));
+        QVERIFY(writeFile(local("sub/deep/report.pdf"), "pdf"));
+        QVERIFY(writeFile(local("sub/results.db-journal"), "journal"));
+        QVERIFY(writeFile(local("sub/deep/scratch.tmp"), "tmp"));
+        QVERIFY(writeFile(local(".hidden"), "hidden"));
+        DSyncManager* manager = makeManager({"*-journal", "*.tmp"});
+        QStringList synced {".hidden", "a.txt", "b.txt", "sub/deep/report.pdf"};
+        QCOMPARE(pass(manager), synced);
+        QCOMPARE(filesUnder(remote()), synced);
+        QCOMPARE(QFileInfo(remote("a.txt")).lastModified(), QFileInfo(local("a.txt")).lastModified());
+
+        if (change == "restart")
+            manager = makeManager({"*-journal", "*.tmp"});
+        else if (change == "size")
+            QVERIFY(writeFile(local("a.txt"), "alpha, longer", past));
+        else if (change == "mtime")
+            QVERIFY(writeFile(local("a.txt"), "ALPHA", past.addSecs(60)));
+        else if (change == "new")
+            QVERIFY(writeFile(local("c.txt"), "charlie"));
+        QCOMPARE(pass(manager), copiedAgain);
+        if (change == "new")
+            synced.insert(3, "c.txt");
+        QCOMPARE(filesUnder(remote()), synced);
+        for (const QString& name : synced)
+            QCOMPARE(readFile(remote(name)), readFile(local(name)));
+        QVERIFY(filesUnder(trash()).isEmpty());
+    }
+    void distantFileIsTrashedBeforeReplace_data()
+    {
+        QTest::addColumn<bool>("copiedBefore");
+        QTest::addColumn<QByteArray>("distantContent");
+        QTest::addColumn<bool>("trashed");
+        QTest::newRow("distant copy edited behind the manager's back") << true << QByteArray("edited remotely") << true;
+        QTest::newRow("unknown distant file with other content") << false << QByteArray("someone else's") << true;
+        QTest::newRow("unknown distant file with the same content is kept") << false << QByteArray("version 2")
+                                                                            << false;
+    }
+    void distantFileIsTrashedBeforeReplace()
+    {
+        QFETCH(bool, copiedBefore);
+        QFETCH(QByteArray, distantContent);
+        QFETCH(bool, trashed);
+        const QDateTime past = QDateTime::currentDateTime().addSecs(-600);
+        DSyncManager* manager = makeManager();
+        if (copiedBefore) {
+            QVERIFY(writeFile(local("sub/r.txt"), "version 1", past));
+            QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
+        }
+        QVERIFY(writeFile(remote("sub/r.txt"), distantContent));
+        QVERIFY(writeFile(local("sub/r.txt"), "version 2"));
+        QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
+
+        QCOMPARE(readFile(remote("sub/r.txt")), QByteArray("version 2"));
+        const QStringList inTrash = filesUnder(trash());
+        QCOMPARE(inTrash.size(), trashed ? 1 : 0);
+        if (trashed) {
+            const QRegularExpression name("^distant/sub/r\\.\\d{8}-\\d{6}-\\d{3}\\.txt$");
+            QVERIFY2(name.match(inTrash.first()).hasMatch(), qPrintable(inTrash.first()));
+            QCOMPARE(readFile(trash() + "/" + inTrash.first()), distantContent);
+        }
+        // Once replaced, the distant copy is the manager's own again: a later change replaces it without trash.
+        QVERIFY(writeFile(local("sub/r.txt"), "version 3"));
+        QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
+        QCOMPARE(filesUnder(trash()).size(), inTrash.size());
+    }
+    void readerNeverSeesHalfCopiedFile()
+    {
+        const QByteArray big = pattern(48 * 1024 * 1024, 'a');
+        QVERIFY(writeFile(local("big.bin"), big));
+        QVERIFY(writeFile(local("small.txt"), "small"));
+        QVERIFY(writeFile(remote("big.bin"), "old small version"));
+        DSyncManager* manager = makeManager();
+
+        std::atomic_bool done {false};
+        std::atomic_int polls {0};
+        std::atomic_int partial {0};
+        const QString root = remote();
+        const QMap<QString, QList<qint64>> complete {{"big.bin", {big.size(), 17}}, {"small.txt", {5}}};
+        std::thread reader([&] {
+            while (!done) {
+                // Hidden temporaries are not listed; a file listed, then trashed, may fail to open.
+                QDirIterator it(root, QDir::Files, QDirIterator::Subdirectories);
+                while (it.hasNext()) {
+                    QFile file(it.next());
+                    if (file.open(QIODevice::ReadOnly) && !complete.value(it.fileName()).contains(file.size()))
+                        ++partial;
+                }
+                ++polls;
+            }
+        });
+        const QStringList copied = pass(manager);
+        done = true;
+        reader.join();
+        QCOMPARE(copied, QStringList({"big.bin", "small.txt"}));
+        QVERIFY(polls > 0);
+        QCOMPARE(partial.load(), 0);
+        QVERIFY(readFile(remote("big.bin")) == big);
+
+        // Destroyed while replacing: the old copy or the new one, and no temporary left behind.
+        const QByteArray changed = pattern(48 * 1024 * 1024, 'b');
+        QVERIFY(writeFile(local("big.bin"), changed));
+        manager->requestSync();
+        m_manager.reset();
+        QCOMPARE(filesUnder(remote()), QStringList({"big.bin", "small.txt"}));
+        const QByteArray seen = readFile(remote("big.bin"));
+        QVERIFY(seen == big || seen == changed);
+    }
+    void pauseStopsAndResumeCatchesUp()
+    {
+        const int count = 400;
+        const QByteArray content = pattern(128 * 1024, 'k');
+        for (int i = 0; i < count; ++i)
+            QVERIFY(writeFile(local(QString("f%1.bin").arg(i)), content));
+        DSyncManager* manager = makeManager();
+        QSignalSpy completed(manager, &DSyncManager::syncCompleted);
+
+        manager->requestSync();
+        // Pause once copying has begun (watching the disk, not the queued signals).
+        const QDeadlineTimer deadline(C_passTimeoutMs);
+        while (QDir(remote()).isEmpty(QDir::Files) && !deadline.hasExpired())
+            QThread::usleep(200);
+        manager->pauseAll();
+        QVERIFY(manager->isPausedAll());
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        const int copiedBeforePause = completed.count();
+        QVERIFY(copiedBeforePause > 0);
+        QVERIFY2(copiedBeforePause < count, "the pause did not stop the pass");
+        // The file running at the pause was finished: every visible distant file is complete.
+        const QStringList distant = filesUnder(remote());
+        QCOMPARE(distant.size(), copiedBeforePause);
+        for (const QString& name : distant)
+            QCOMPARE(QFileInfo(remote(name)).size(), qint64(content.size()));
+
+        manager->requestSync();
+        QVERIFY2(manager->isIdle(), "a pass started while paused");
+
+        manager->resumeAll();
+        QVERIFY(!manager->isPausedAll());
+        QVERIFY(!manager->isIdle());
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        QCOMPARE(completed.count(), count);
+        QCOMPARE(filesUnder(remote()).size(), count);
+    }
+    // An unreachable distant directory is reported and the pass goes on; an unavailable alias
+    // waits; overlapping directories are refused.
+    void registeredDirectories()
+    {
+        QVERIFY(writeFile(local("a.txt"), "alpha"));
+        QVERIFY(writeFile(m_dir->filePath("second/b.txt"), "bravo"));
+        QVERIFY(writeFile(m_dir->filePath("third/c.txt"), "charlie"));
+        QVERIFY(QDir().mkpath(m_dir->filePath("secondRemote")));
+        const QString missing = m_dir->filePath("notMounted/share");
+        LogCapture log;
+        DSyncManager* manager = makeManager();
+        manager->setDirectoryAvailability("second", false); // kept for an alias registered later
+        manager->addDirectory("second", m_dir->filePath("second"), m_dir->filePath("secondRemote"));
+        manager->addDirectory("aaa-first", m_dir->filePath("third"), missing);
+        QSignalSpy errors(manager, &DSyncManager::errorOccurred);
+        QCOMPARE(pass(manager), QStringList {"a.txt"});
+        QCOMPARE(errors.count(), 1);
+        QVERIFY(errors.first().first().toString().contains(missing));
+        QVERIFY(log.contains("Distant directory unreachable"));
+        QVERIFY(!QFileInfo::exists(missing));
+        QVERIFY(!QFileInfo::exists(m_dir->filePath("secondRemote/b.txt")));
+        manager->setDirectoryAvailability("second", true);
+        pass(manager);
+        QCOMPARE(readFile(m_dir->filePath("secondRemote/b.txt")), QByteArray("bravo"));
+
+        QCOMPARE(manager->getLocalDirSynchronizedAlias(m_dir->filePath("local/./")), QString("distant"));
+        QCOMPARE(manager->getLocalDirSynchronizedAlias(m_dir->filePath("second")), QString("second"));
+        QCOMPARE(manager->getLocalDirSynchronizedAlias(remote()), QString());
+        QCOMPARE(manager->getLocalDirSynchronizedAlias(QString()), QString());
+        manager->addDirectory("loop", local(), local("inside"));
+        QVERIFY(!manager->isAliasDirectorySynchronised("loop"));
+        QVERIFY(log.contains("overlap"));
+        QVERIFY(manager->isAliasDirectorySynchronised("distant"));
+        manager->delDirectory("distant");
+        QVERIFY(!manager->isAliasDirectorySynchronised("distant"));
+        QCOMPARE(manager->getLocalDirSynchronizedAlias(local()), QString());
+    }
+    void failedFileKeepsDistantDataAndIsRetried_data()
+    {
+        QTest::addColumn<bool>("withTrash");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("a directory in the file's place") << true << "Distant path is a directory";
+        QTest::newRow("a changed distant file and no trash directory") << false << "no trash directory";
+    }
+    void failedFileKeepsDistantDataAndIsRetried()
+    {
+        QFETCH(bool, withTrash);
+        QFETCH(QString, error);
+        QVERIFY(writeFile(local("r.txt"), "local"));
+        if (withTrash)
+            QVERIFY(QDir().mkpath(remote("r.txt/inside")));
+        else
+            QVERIFY(writeFile(remote("r.txt"), "distant only"));
+        LogCapture log;
+        DSyncManager* manager = makeManager({}, withTrash);
+        QSignalSpy completed(manager, &DSyncManager::syncCompleted);
+        QSignalSpy errors(manager, &DSyncManager::errorOccurred);
+        QCOMPARE(pass(manager), QStringList());
+        QCOMPARE(completed.count(), 1);
+        QCOMPARE(errors.count(), 1);
+        QVERIFY2(errors.first().first().toString().contains(error), qPrintable(errors.first().first().toString()));
+        QVERIFY(log.contains(error));
+        if (!withTrash)
+            QCOMPARE(readFile(remote("r.txt")), QByteArray("distant only"));
+        // Nothing was recorded, so the next pass tries again.
+        QVERIFY(withTrash ? QDir(remote("r.txt")).removeRecursively() : QFile::remove(remote("r.txt")));
+        QCOMPARE(pass(manager), QStringList {"r.txt"});
+    }
+    // Construction alone touches nothing; once a directory is added, the timer runs passes.
+    void periodicPassesRunOnTheTimer()
+    {
+        {
+            DSyncManager manager(database(), trash(), 1000, {"*.tmp"});
+            QVERIFY(manager.isIdle());
+            QVERIFY(manager.findChildren<QTimer*>().isEmpty());
+            QVERIFY(manager.wipeSyncDatabaseFile());
+        }
+        QVERIFY(!QFileInfo::exists(database()));
+        QVERIFY(!QFileInfo::exists(trash()));
+        makeManager({}, true, 100);
+        QVERIFY(writeFile(local("a.txt"), "alpha"));
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(remote("a.txt")), 30000);
+        QVERIFY(writeFile(local("b.txt"), "bravo"));
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(remote("b.txt")), 30000);
+    }
+    // A corrupt database fails the pass; wiping is the way out, but not while a pass runs.
+    void corruptDatabaseAndWipe()
+    {
+        QVERIFY(writeFile(database(), pattern(4096, 'z')));
+        QVERIFY(writeFile(local("big.bin"), pattern(32 * 1024 * 1024, 'w')));
+        QVERIFY(writeFile(local("a.txt"), "alpha"));
+        LogCapture log;
+        DSyncManager* manager = makeManager();
+        QSignalSpy errors(manager, &DSyncManager::errorOccurred);
+        QCOMPARE(pass(manager), QStringList());
+        QCOMPARE(errors.count(), 1);
+        QVERIFY(filesUnder(remote()).isEmpty());
+        QVERIFY(manager->wipeSyncDatabaseFile());
+        QVERIFY(!QFileInfo::exists(database()));
+
+        manager->requestSync();
+        QVERIFY(!manager->isIdle());
+        QVERIFY(!manager->wipeSyncDatabaseFile());
+        QVERIFY(log.contains("refused while a pass runs"));
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        QCOMPARE(filesUnder(remote()), QStringList({"a.txt", "big.bin"}));
+        QVERIFY(QFileInfo::exists(database()));
+        QVERIFY(manager->wipeSyncDatabaseFile());
+        QVERIFY(!QFileInfo::exists(database()));
+        // Afresh: the distant copies match, so they are only recorded again, nothing trashed.
+        QCOMPARE(pass(manager), QStringList({"a.txt", "big.bin"}));
+        QVERIFY(QFileInfo::exists(database()));
+        QVERIFY(filesUnder(trash()).isEmpty());
+        QCOMPARE(pass(manager), QStringList());
+    }
+    void idleChangedSequence()
+    {
+        QVERIFY(writeFile(local("a.txt"), "alpha"));
+        DSyncManager* manager = makeManager();
+        QStringList events;
+        bool onOwnerThread = true;
+        connect(manager, &DSyncManager::syncCompleted, this, [&](const QString& path, bool ok) {
+            events << QString("completed %1 %2").arg(QFileInfo(path).fileName()).arg(ok);
+            onOwnerThread = onOwnerThread && QThread::currentThread() == thread();
+        });
+        connect(manager, &DSyncManager::idleChanged, this, [&](bool idle) { events << QString("idle %1").arg(idle); });
+
+        manager->requestSync();
+        manager->requestSync(); // during the pass: one more pass follows without going idle in between
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        QCOMPARE(events, QStringList({"idle 0", "completed a.txt 1", "idle 1"}));
+        QVERIFY(onOwnerThread);
+
+        events.clear();
+        manager->requestSync();
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        QCOMPARE(events, QStringList({"idle 0", "idle 1"}));
+    }
 
 private:
     QString local(const QString& relative = QString()) const { return m_dir->filePath("local/" + relative); }
     QString remote(const QString& relative = QString()) const { return m_dir->filePath("remote/" + relative); }
     QString trash() const { return m_dir->filePath("trash"); }
     QString database() const { return m_dir->filePath("sync.db"); }
-    DSyncManager* makeManager(const QStringList& patterns = {});
+    DSyncManager* makeManager(const QStringList& patterns = {}, bool withTrash = true, int intervalMs = 0)
+    {
+        m_manager.reset(new DSyncManager(database(), withTrash ? trash() : QString(), intervalMs, patterns));
+        m_manager->addDirectory("distant", local(), remote());
+        return m_manager.get();
+    }
     // Runs one pass and returns the local files it completed successfully.
-    QStringList pass(DSyncManager* manager);
+    QStringList pass(DSyncManager* manager)
+    {
+        QSignalSpy completed(manager, &DSyncManager::syncCompleted);
+        manager->requestSync();
+        if (!manager->waitForIdle(C_passTimeoutMs))
+            return {"timeout"};
+        QStringList files;
+        for (const QList<QVariant>& args : qAsConst(completed)) {
+            if (args.at(1).toBool())
+                files << QDir(local()).relativeFilePath(args.at(0).toString());
+        }
+        files.sort();
+        return files;
+    }
 
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<DSyncManager> m_manager;
 };
-
-void TestDSyncManager::init()
-{
-    m_dir.reset(new QTemporaryDir);
-    QVERIFY(m_dir->isValid());
-    QVERIFY(QDir().mkpath(local()));
-    QVERIFY(QDir().mkpath(remote()));
-}
-
-void TestDSyncManager::cleanup()
-{
-    m_manager.reset();
-    m_dir.reset();
-}
-
-DSyncManager* TestDSyncManager::makeManager(const QStringList& patterns)
-{
-    // Periodic passes off: the tests ask for each pass.
-    m_manager.reset(new DSyncManager(database(), trash(), 0, patterns));
-    m_manager->addDirectory("distant", local(), remote());
-    return m_manager.get();
-}
-
-QStringList TestDSyncManager::pass(DSyncManager* manager)
-{
-    QSignalSpy completed(manager, &DSyncManager::syncCompleted);
-    manager->requestSync();
-    if (!manager->waitForIdle(C_passTimeoutMs))
-        return {"timeout"};
-    QStringList files;
-    for (const QList<QVariant>& args : qAsConst(completed)) {
-        if (args.at(1).toBool())
-            files << QDir(local()).relativeFilePath(args.at(0).toString());
-    }
-    files.sort();
-    return files;
-}
-
-void TestDSyncManager::constructorTouchesNothing()
-{
-    {
-        DSyncManager manager(database(), trash(), 1000, {"*.tmp"});
-        QVERIFY(manager.isIdle());
-        QVERIFY(manager.findChildren<QTimer*>().isEmpty());
-        QVERIFY(manager.wipeSyncDatabaseFile());
-    }
-    QVERIFY(!QFileInfo::exists(database()));
-    QVERIFY(!QFileInfo::exists(trash()));
-}
-
-void TestDSyncManager::registration_data()
-{
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<QString>("expectedAlias");
-    QTest::newRow("same path finds the alias") << "local" << "distant";
-    QTest::newRow("trailing separator and dot segment find the alias") << "local/./" << "distant";
-    QTest::newRow("other path has no alias") << "remote" << "";
-    QTest::newRow("empty path has no alias") << "" << "";
-}
-
-void TestDSyncManager::registration()
-{
-    QFETCH(QString, query);
-    QFETCH(QString, expectedAlias);
-    DSyncManager* manager = makeManager();
-    const QString path = query.isEmpty() ? QString() : m_dir->filePath(query);
-    QCOMPARE(manager->getLocalDirSynchronizedAlias(path), expectedAlias);
-    QVERIFY(manager->isAliasDirectorySynchronised("distant"));
-
-    LogCapture log;
-    manager->addDirectory("loop", local(), local("inside"));
-    QVERIFY(!manager->isAliasDirectorySynchronised("loop"));
-    QVERIFY(log.contains("overlap"));
-
-    manager->delDirectory("distant");
-    QVERIFY(!manager->isAliasDirectorySynchronised("distant"));
-    QCOMPARE(manager->getLocalDirSynchronizedAlias(local()), QString());
-}
-
-void TestDSyncManager::changedFilesAreCopiedAgain_data()
-{
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QStringList>("copiedAgain");
-    QTest::newRow("nothing changed copies nothing") << "none" << QStringList();
-    QTest::newRow("a size change is copied") << "size" << QStringList {"a.txt"};
-    QTest::newRow("a new modification time alone is copied") << "mtime" << QStringList {"a.txt"};
-    QTest::newRow("a new file is copied") << "new" << QStringList {"c.txt"};
-}
-
-void TestDSyncManager::changedFilesAreCopiedAgain()
-{
-    QFETCH(QString, change);
-    QFETCH(QStringList, copiedAgain);
-    const QDateTime past = QDateTime::currentDateTime().addSecs(-3600);
-    QVERIFY(writeFile(local("a.txt"), "alpha", past));
-    QVERIFY(writeFile(local("b.txt"), "bravo", past));
-    DSyncManager* manager = makeManager();
-    QCOMPARE(pass(manager), QStringList({"a.txt", "b.txt"}));
-    QCOMPARE(QFileInfo(remote("a.txt")).lastModified(), QFileInfo(local("a.txt")).lastModified());
-
-    if (change == "size")
-        QVERIFY(writeFile(local("a.txt"), "alpha, longer", past));
-    else if (change == "mtime")
-        QVERIFY(writeFile(local("a.txt"), "ALPHA", past.addSecs(60)));
-    else if (change == "new")
-        QVERIFY(writeFile(local("c.txt"), "charlie"));
-    QCOMPARE(pass(manager), copiedAgain);
-    for (const QString& name : filesUnder(local()))
-        QCOMPARE(readFile(remote(name)), readFile(local(name)));
-    QVERIFY(filesUnder(trash()).isEmpty());
-}
-
-void TestDSyncManager::subdirectoriesKeptAndPatternsExcluded()
-{
-    QVERIFY(writeFile(local("top.txt"), "top"));
-    QVERIFY(writeFile(local("sub/deep/report.pdf"), "pdf"));
-    QVERIFY(writeFile(local("sub/results.db-journal"), "journal"));
-    QVERIFY(writeFile(local("sub/deep/scratch.tmp"), "tmp"));
-    QVERIFY(writeFile(local(".hidden"), "hidden"));
-    DSyncManager* manager = makeManager({"*-journal", "*.tmp"});
-    QCOMPARE(pass(manager), QStringList({".hidden", "sub/deep/report.pdf", "top.txt"}));
-    // No temporary file is left behind either.
-    QCOMPARE(filesUnder(remote()), QStringList({".hidden", "sub/deep/report.pdf", "top.txt"}));
-    QCOMPARE(readFile(remote("sub/deep/report.pdf")), QByteArray("pdf"));
-}
-
-void TestDSyncManager::bookkeepingSurvivesRestart()
-{
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    QCOMPARE(pass(makeManager()), QStringList {"a.txt"});
-    QVERIFY(QFileInfo::exists(database()));
-    QCOMPARE(pass(makeManager()), QStringList());
-}
-
-void TestDSyncManager::distantFileIsTrashedBeforeReplace_data()
-{
-    QTest::addColumn<bool>("copiedBefore");
-    QTest::addColumn<QByteArray>("distantContent");
-    QTest::addColumn<bool>("trashed");
-    QTest::newRow("distant copy edited behind the manager's back") << true << QByteArray("edited remotely") << true;
-    QTest::newRow("unknown distant file with other content") << false << QByteArray("someone else's") << true;
-    QTest::newRow("unknown distant file with the same content is kept") << false << QByteArray("version 2") << false;
-}
-
-void TestDSyncManager::distantFileIsTrashedBeforeReplace()
-{
-    QFETCH(bool, copiedBefore);
-    QFETCH(QByteArray, distantContent);
-    QFETCH(bool, trashed);
-    const QDateTime past = QDateTime::currentDateTime().addSecs(-600);
-    DSyncManager* manager = makeManager();
-    if (copiedBefore) {
-        QVERIFY(writeFile(local("sub/r.txt"), "version 1", past));
-        QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
-    }
-    QVERIFY(writeFile(remote("sub/r.txt"), distantContent));
-    QVERIFY(writeFile(local("sub/r.txt"), "version 2"));
-    QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
-
-    QCOMPARE(readFile(remote("sub/r.txt")), QByteArray("version 2"));
-    const QStringList inTrash = filesUnder(trash());
-    QCOMPARE(inTrash.size(), trashed ? 1 : 0);
-    if (trashed) {
-        QVERIFY2(QRegularExpression("^distant/sub/r\\.\\d{8}-\\d{6}-\\d{3}\\.txt$").match(inTrash.first()).hasMatch(),
-                 qPrintable(inTrash.first()));
-        QCOMPARE(readFile(trash() + "/" + inTrash.first()), distantContent);
-    }
-    // Once replaced, the distant copy is the manager's own again: a later change replaces it without trash.
-    QVERIFY(writeFile(local("sub/r.txt"), "version 3"));
-    QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
-    QCOMPARE(filesUnder(trash()).size(), inTrash.size());
-}
-
-void TestDSyncManager::readerNeverSeesHalfCopiedFile()
-{
-    const QByteArray big = pattern(48 * 1024 * 1024, 'a');
-    QVERIFY(writeFile(local("big.bin"), big));
-    QVERIFY(writeFile(local("small.txt"), "small"));
-    QVERIFY(writeFile(remote("big.bin"), "old small version"));
-    DSyncManager* manager = makeManager();
-
-    std::atomic_bool done {false};
-    std::atomic_int polls {0};
-    std::atomic_int partial {0};
-    const QString root = remote();
-    std::thread reader([&] {
-        while (!done) {
-            QDirIterator it(root, QDir::Files, QDirIterator::Subdirectories); // hidden temporaries are not files to read
-            while (it.hasNext()) {
-                const QString path = it.next();
-                // What a reader gets once it holds the file open.
-                QFile file(path);
-                if (!file.open(QIODevice::ReadOnly)) // listed, then moved to the trash before this look
-                    continue;
-                const qint64 size = file.size();
-                if ((path.endsWith("big.bin") && size != big.size() && size != 17)
-                    || (path.endsWith("small.txt") && size != 5)) {
-                    ++partial;
-                    qWarning() << "seen" << path << size;
-                }
-            }
-            ++polls;
-        }
-    });
-    const QStringList copied = pass(manager);
-    done = true;
-    reader.join();
-    QCOMPARE(copied, QStringList({"big.bin", "small.txt"}));
-    QVERIFY(polls > 0);
-    QCOMPARE(partial.load(), 0);
-    QVERIFY(readFile(remote("big.bin")) == big);
-}
-
-void TestDSyncManager::pauseStopsAndResumeCatchesUp()
-{
-    const int count = 400;
-    const QByteArray content = pattern(128 * 1024, 'k');
-    for (int i = 0; i < count; ++i)
-        QVERIFY(writeFile(local(QString("f%1.bin").arg(i)), content));
-    DSyncManager* manager = makeManager();
-    QSignalSpy completed(manager, &DSyncManager::syncCompleted);
-
-    manager->requestSync();
-    // Pause once copying has begun (watching the disk, not the queued signals).
-    QElapsedTimer waited;
-    waited.start();
-    while (QDir(remote()).isEmpty(QDir::Files) && waited.elapsed() < C_passTimeoutMs)
-        QThread::usleep(200);
-    manager->pauseAll();
-    QVERIFY(manager->isPausedAll());
-    QVERIFY(manager->waitForIdle(C_passTimeoutMs));
-    const int copiedBeforePause = completed.count();
-    QVERIFY(copiedBeforePause > 0);
-    QVERIFY2(copiedBeforePause < count, "the pause did not stop the pass");
-    // The file running at the pause was finished: every visible distant file is complete.
-    const QStringList distant = filesUnder(remote());
-    QCOMPARE(distant.size(), copiedBeforePause);
-    for (const QString& name : distant)
-        QCOMPARE(QFileInfo(remote(name)).size(), qint64(content.size()));
-
-    manager->requestSync();
-    QVERIFY2(manager->isIdle(), "a pass started while paused");
-
-    manager->resumeAll();
-    QVERIFY(!manager->isPausedAll());
-    QVERIFY(!manager->isIdle());
-    QVERIFY(manager->waitForIdle(C_passTimeoutMs));
-    QCOMPARE(completed.count(), count);
-    QCOMPARE(filesUnder(remote()).size(), count);
-}
-
-void TestDSyncManager::unavailableAliasIsSkipped()
-{
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    QVERIFY(writeFile(m_dir->filePath("second/b.txt"), "bravo"));
-    QVERIFY(QDir().mkpath(m_dir->filePath("secondRemote")));
-    DSyncManager* manager = makeManager();
-    // The flag is kept for an alias that is registered later.
-    manager->setDirectoryAvailability("second", false);
-    manager->addDirectory("second", m_dir->filePath("second"), m_dir->filePath("secondRemote"));
-
-    pass(manager);
-    QVERIFY(QFileInfo::exists(remote("a.txt")));
-    QVERIFY(!QFileInfo::exists(m_dir->filePath("secondRemote/b.txt")));
-
-    manager->setDirectoryAvailability("second", true);
-    pass(manager);
-    QCOMPARE(readFile(m_dir->filePath("secondRemote/b.txt")), QByteArray("bravo"));
-}
-
-void TestDSyncManager::unreachableDistantDirectoryReportsAndGoesOn()
-{
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    QVERIFY(writeFile(m_dir->filePath("second/b.txt"), "bravo"));
-    const QString missing = m_dir->filePath("notMounted/share");
-    LogCapture log;
-    DSyncManager* manager = makeManager();
-    manager->addDirectory("aaa-first", m_dir->filePath("second"), missing);
-    QSignalSpy errors(manager, &DSyncManager::errorOccurred);
-
-    QCOMPARE(pass(manager), QStringList {"a.txt"});
-    QCOMPARE(errors.count(), 1);
-    QVERIFY(errors.first().first().toString().contains(missing));
-    QVERIFY(log.contains("Distant directory unreachable"));
-    QVERIFY(!QFileInfo::exists(missing));
-}
-
-void TestDSyncManager::corruptDatabaseReportsError()
-{
-    QVERIFY(writeFile(database(), pattern(4096, 'z')));
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    LogCapture log;
-    DSyncManager* manager = makeManager();
-    QSignalSpy errors(manager, &DSyncManager::errorOccurred);
-    QCOMPARE(pass(manager), QStringList());
-    QCOMPARE(errors.count(), 1);
-    QVERIFY(!QFileInfo::exists(remote("a.txt")));
-    // Wiping is the way out.
-    QVERIFY(manager->wipeSyncDatabaseFile());
-    QCOMPARE(pass(manager), QStringList {"a.txt"});
-}
-
-void TestDSyncManager::failedFileKeepsDistantDataAndIsRetried_data()
-{
-    QTest::addColumn<bool>("withTrash");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("a directory in the file's place") << true << "Distant path is a directory";
-    QTest::newRow("a changed distant file and no trash directory") << false << "no trash directory";
-}
-
-void TestDSyncManager::failedFileKeepsDistantDataAndIsRetried()
-{
-    QFETCH(bool, withTrash);
-    QFETCH(QString, error);
-    QVERIFY(writeFile(local("r.txt"), "local"));
-    if (withTrash)
-        QVERIFY(QDir().mkpath(remote("r.txt/inside")));
-    else
-        QVERIFY(writeFile(remote("r.txt"), "distant only"));
-    LogCapture log;
-    m_manager.reset(new DSyncManager(database(), withTrash ? trash() : QString(), 0, {}));
-    m_manager->addDirectory("distant", local(), remote());
-    QSignalSpy completed(m_manager.get(), &DSyncManager::syncCompleted);
-    QSignalSpy errors(m_manager.get(), &DSyncManager::errorOccurred);
-    QCOMPARE(pass(m_manager.get()), QStringList());
-    QCOMPARE(completed.count(), 1);
-    QCOMPARE(errors.count(), 1);
-    QVERIFY2(errors.first().first().toString().contains(error), qPrintable(errors.first().first().toString()));
-    QVERIFY(log.contains(error));
-    if (!withTrash) {
-        QCOMPARE(readFile(remote("r.txt")), QByteArray("distant only"));
-        return;
-    }
-    // Nothing was recorded, so the next pass tries again.
-    QVERIFY(QDir(remote("r.txt")).removeRecursively());
-    QCOMPARE(pass(m_manager.get()), QStringList {"r.txt"});
-}
-
-void TestDSyncManager::periodicPassesRunOnTheTimer()
-{
-    m_manager.reset(new DSyncManager(database(), trash(), 100, {}));
-    m_manager->addDirectory("distant", local(), remote());
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(remote("a.txt")), 30000);
-    QVERIFY(writeFile(local("b.txt"), "bravo"));
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(remote("b.txt")), 30000);
-}
-
-void TestDSyncManager::destructionDuringPassLeavesNoPartialFile()
-{
-    const QByteArray big = pattern(32 * 1024 * 1024, 'd');
-    QVERIFY(writeFile(local("big.bin"), big));
-    for (int i = 0; i < 50; ++i)
-        QVERIFY(writeFile(local(QString("s%1.txt").arg(i)), "small"));
-    makeManager()->requestSync();
-    m_manager.reset();
-    for (const QString& name : filesUnder(remote()))
-        QCOMPARE(readFile(remote(name)), readFile(local(name)));
-}
-
-void TestDSyncManager::wipeRefusedWhileBusyAndFreshAfter()
-{
-    QVERIFY(writeFile(local("big.bin"), pattern(32 * 1024 * 1024, 'w')));
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    DSyncManager* manager = makeManager();
-    LogCapture log;
-    manager->requestSync();
-    QVERIFY(!manager->isIdle());
-    QVERIFY(!manager->wipeSyncDatabaseFile());
-    QVERIFY(log.contains("refused while a pass runs"));
-    QVERIFY(manager->waitForIdle(C_passTimeoutMs));
-    QVERIFY(QFileInfo::exists(database()));
-
-    QVERIFY(manager->wipeSyncDatabaseFile());
-    QVERIFY(!QFileInfo::exists(database()));
-    // Afresh: the distant copies match, so they are only recorded again, nothing trashed.
-    QCOMPARE(pass(manager), QStringList({"a.txt", "big.bin"}));
-    QVERIFY(QFileInfo::exists(database()));
-    QVERIFY(filesUnder(trash()).isEmpty());
-    QCOMPARE(pass(manager), QStringList());
-}
-
-void TestDSyncManager::idleChangedSequence()
-{
-    QVERIFY(writeFile(local("a.txt"), "alpha"));
-    DSyncManager* manager = makeManager();
-    QStringList events;
-    bool onOwnerThread = true;
-    connect(manager, &DSyncManager::syncCompleted, this, [&](const QString& path, bool ok) {
-        events << QString("completed %1 %2").arg(QFileInfo(path).fileName()).arg(ok);
-        onOwnerThread = onOwnerThread && QThread::currentThread() == thread();
-    });
-    connect(manager, &DSyncManager::idleChanged, this, [&](bool idle) { events << QString("idle %1").arg(idle); });
-
-    manager->requestSync();
-    manager->requestSync(); // during the pass: one more pass follows without going idle in between
-    QVERIFY(manager->waitForIdle(C_passTimeoutMs));
-    QCOMPARE(events, QStringList({"idle 0", "completed a.txt 1", "idle 1"}));
-    QVERIFY(onOwnerThread);
-
-    events.clear();
-    manager->requestSync();
-    QVERIFY(manager->waitForIdle(C_passTimeoutMs));
-    QCOMPARE(events, QStringList({"idle 0", "idle 1"}));
-}
 
 QTEST_GUILESS_MAIN(TestDSyncManager)
 #include "tst_dsyncmanager.moc"
