@@ -134,8 +134,7 @@ private Q_SLOTS:
         rows("internal", {{"UNC path keeps internal mode", "\\\\server\\share\\a.txt", "0 unc"},
                           {"local file: true", "@internal/results/a.csv", "1"},
                           {"file URL of a local file", "file://@internal/results/a.csv", "1"}});
-        rows("uri", {{"file URL gives its local path", "file:///data/a.csv", "/data/a.csv"},
-                     {"percent-encoded file URL is decoded", "file:///data/my%20file.csv", "/data/my file.csv"},
+        rows("uri", {{"percent-encoded file URL is decoded", "file:///data/my%20file.csv", "/data/my file.csv"},
                      {"plain path unchanged", "/data/a.csv", "/data/a.csv"},
                      {"URL of another scheme unchanged", "smb://server/share/a.csv", "smb://server/share/a.csv"},
                      {"empty text comes back empty", "", ""}});

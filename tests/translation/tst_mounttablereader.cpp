@@ -63,7 +63,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("source");
         QTest::addColumn<bool>("remote");
         QTest::newRow("sshfs whatever its source") << "fuse.sshfs" << "host:" << true;
-        QTest::newRow("FUSE client of a share") << "fuse.smb" << "//127.0.0.1:1445/public" << true;
         QTest::newRow("FUSE client with backslashes") << "fuse.other" << "\\\\server\\share" << true;
         QTest::newRow("FUSE without a server") << "fuse.gvfsd-fuse" << "gvfsd-fuse" << false;
         QTest::newRow("FUSE block device") << "fuseblk" << "/dev/sdb1" << false;
