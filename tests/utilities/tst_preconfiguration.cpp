@@ -15,7 +15,6 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("missing file") << QByteArray();
         QTest::newRow("array instead of object") << QByteArray(R"(["configDirPath"])");
-        QTest::newRow("broken JSON") << QByteArray(R"({"configDirPath": )");
     }
     void refusesUnusableFiles()
     {
@@ -48,7 +47,6 @@ private Q_SLOTS:
         QCOMPARE(PreConfiguration::getInternalStorageDirectoryPath(), QStringLiteral("/data/internal"));
         QCOMPARE(PreConfiguration::getTrashStorageDirectoryPath(), QString());
         QCOMPARE(PreConfiguration::getParameter("configFilename").toString(), QStringLiteral("configuration.json"));
-        QCOMPARE(PreConfiguration::getParameter("isEditorOnly").toBool(), true);
         QVERIFY(!PreConfiguration::getParameter("stale").isValid());
     }
 
