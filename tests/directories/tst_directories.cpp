@@ -1,5 +1,4 @@
-// The folder registry: built-in and operator folders, the settings section, editing rules,
-// selection, sorting, storage counters and the error funnel.
+// The folder registry: folders, settings section, editing rules, selection, sorting, counters, errors.
 #include <QCoreApplication>
 #include <QSignalSpy>
 #include <QtTest>
@@ -7,7 +6,6 @@
 #include "directories.h"
 #include "logcapture.h"
 #include "registrystation.h"
-#include "sync/dsyncmanager.h"
 
 namespace {
 const QStringList C_builtInAliases = {"CERTIFICATES", "MEDIA",     "PDF_RESULTS", "RAW_RESULTS",
@@ -34,24 +32,6 @@ private slots:
     {
         loadCatalogue();
         Directories::registerClass();
-    }
-
-    void constructionCreatesSyncManagerThroughFactory()
-    {
-        QVERIFY(!m_directories->syncManager()); // editor-only station
-        PreConfiguration::setParameter("isEditorOnly", false);
-        QStringList received;
-        Directories::setSyncManagerFactory([&](const QString& db, const QString& trash, int interval,
-                                               const QStringList& patterns, QObject* parent) {
-            received << db << trash << QString::number(interval) << patterns;
-            return new DSyncManager(db, trash, interval, patterns, parent);
-        });
-        Directories directories(m_station->path("sync.db"), m_station->path("trash"), m_station->usbKeyPath(), 1234,
-                                {"*.tmp"});
-        Directories::setSyncManagerFactory(nullptr);
-        QCOMPARE(received, (QStringList{m_station->path("sync.db"), m_station->path("trash"), "1234", "*.tmp"}));
-        QVERIFY(directories.syncManager());
-        QCOMPARE(directories.syncManager()->parent(), &directories);
     }
 
     void builtInFoldersAfterEmptyLoad_data()
@@ -89,10 +69,14 @@ private slots:
     void persistenceAndDeletionFollowUuidIdentity()
     {
         const QString id = RegistryStation::newId();
-        // The section itself, not a whole document, is read as well.
+        // The section itself, not a whole document, is read as well; two roles point at Archive.
         load(QJsonObject{{"folders", QJsonArray{RegistryStation::folder(id, "internal", "Archive", "archive"),
-                                                RegistryStation::folder("custom", "internal", "Custom", "custom")}}});
+                                                RegistryStation::folder("custom", "internal", "Custom", "custom")}},
+                         {"foldersRoles", QJsonObject{{"templates", id}, {"media", id}}}});
         QCOMPARE(m_directories->folders()->count(), 10);
+        QCOMPARE(m_directories->getRoleOfFolder(id), QStringLiteral("media"));
+        QCOMPARE(m_directories->getRoleOfFolder(RegistryStation::newId()), QStringLiteral("undefined"));
+        QCOMPARE(m_directories->getRoleNameOfFolder(id), Folder::getRoleName(QStringLiteral("media")));
         QJsonObject root;
         m_directories->saveSettings(root);
         const QJsonArray saved = root.value("directories").toObject().value("folders").toArray();
@@ -173,16 +157,6 @@ private slots:
         QCOMPARE(root.value("directories").toObject().value("folders").toArray().size(), 1);
     }
 
-    void roleOfFolderPointedAtTwice()
-    {
-        const QString id = RegistryStation::newId();
-        load(RegistryStation::document({RegistryStation::folder(id, "internal", "Archive", "archive")},
-                                       QJsonObject{{"templates", id}, {"media", id}}));
-        QCOMPARE(m_directories->getRoleOfFolder(id), QStringLiteral("media"));
-        QCOMPARE(m_directories->getRoleOfFolder(RegistryStation::newId()), QStringLiteral("undefined"));
-        QCOMPARE(m_directories->getRoleNameOfFolder(id), Folder::getRoleName(QStringLiteral("media")));
-    }
-
     void caseOnlyCollisionKeepsFirstAddedAfterSort()
     {
         load(QJsonObject());
@@ -259,7 +233,6 @@ private slots:
         QCOMPARE(m_directories->configuredNetworkStorageNbr(), 2);
         QCOMPARE(configured.count(), 1);
         QCOMPARE(m_directories->externalAliasesCountForRole("results"), 2);
-        QCOMPARE(m_directories->externalAliasesCountForRole("nosuchrole"), 0);
     }
 
     void errorCodes_data()
@@ -303,15 +276,6 @@ private slots:
             QCOMPARE(log.count(text), 1);
             QVERIFY(ours.at(0).contains(text));
         }
-    }
-
-    void quitReleasesAllFolders()
-    {
-        load(QJsonObject());
-        QWeakPointer<Folder> media = m_directories->folders()->at(1);
-        QVERIFY(QMetaObject::invokeMethod(m_directories.get(), "unmountAllNetworkShares"));
-        QCOMPARE(m_directories->folders()->count(), 0);
-        QVERIFY(media.isNull());
     }
 };
 

@@ -1,11 +1,9 @@
-// Role path resolution: local paths made on demand, secured paths with their fallbacks and
-// errors, and the paths record shared with the rest of the application.
+// Role path resolution: local paths made on demand, secured paths with their fallbacks and errors.
 #include <QCoreApplication>
 #include <QFile>
 #include <QSignalSpy>
 #include <QtTest>
 
-#include "core/ddirectoriespaths.h"
 #include "directories.h"
 #include "logcapture.h"
 #include "registrystation.h"
@@ -24,28 +22,24 @@ class TestDirectoriesRolePaths : public RegistryTestBase
     Q_OBJECT
 
 private slots:
-    void localPathCreatesMissingDirectoryQuietly()
-    {
-        load(QJsonObject());
-        QVERIFY(QDir(m_station->internal("seq")).removeRecursively());
-        QSignalSpy internal(m_directories.get(), &Directories::internalMemoryAccessError);
-        LogCapture log;
-        QCOMPARE(m_directories->getLocalFolderPathByRole("sequences"), m_station->internal("seq"));
-        QVERIFY(QFileInfo(m_station->internal("seq")).isDir());
-        QCOMPARE(internal.count(), 0);
-        QVERIFY(log.lines().isEmpty());
-    }
-
-    void emptyListFallsBackToDefaultPath()
+    void localPathsAreMadeOnDemand()
     {
         LogCapture log;
         QCOMPARE(m_directories->getLocalFolderPathByRole("certificates"), m_station->internal("certificates"));
         QVERIFY(QFileInfo(m_station->internal("certificates")).isDir());
         QCOMPARE(log.count("WARNING: No internal folder found for role: certificates, using default internal path"), 1);
-        // A role with a default path takes it from the pre-configuration; others keep their key.
+        // A role with a default path takes it from the pre-configuration.
         QCOMPARE(m_directories->getLocalFolderPathByRole("results"), m_station->internal("db"));
-        QCOMPARE(m_directories->getDefaultRelativePathForRole("templates"), QStringLiteral("tpl"));
-        QCOMPARE(m_directories->getDefaultRelativePathForRole("nosuchrole"), QStringLiteral("nosuchrole"));
+
+        // A listed folder's missing directory is made quietly.
+        load(QJsonObject());
+        QVERIFY(QDir(m_station->internal("seq")).removeRecursively());
+        QSignalSpy internal(m_directories.get(), &Directories::internalMemoryAccessError);
+        log.clear();
+        QCOMPARE(m_directories->getLocalFolderPathByRole("sequences"), m_station->internal("seq"));
+        QVERIFY(QFileInfo(m_station->internal("seq")).isDir());
+        QCOMPARE(internal.count(), 0);
+        QVERIFY(log.lines().isEmpty());
     }
 
     void localPathThatCannotBeMadeIsReported()
@@ -113,26 +107,6 @@ private slots:
         QCOMPARE(unavailable.count(), named.isEmpty() ? 0 : 2);
         for (const QList<QVariant>& arguments : unavailable)
             QVERIFY2(arguments.at(0).toString().endsWith(": " + named), qPrintable(arguments.at(0).toString()));
-    }
-
-    void refreshPublishesLoadAndSavePaths()
-    {
-        const QString id = RegistryStation::newId();
-        QVERIFY(QDir().mkpath(m_station->path("mnt/Share")));
-        load(RegistryStation::document({RegistryStation::folder(id, "samba", "Share", "share", false)},
-                                       QJsonObject{{"results", id}}));
-        const QSharedPointer<DDirectoriesPaths> paths = m_directories->directoriesPaths();
-        QVERIFY(paths);
-        QCOMPARE(paths->path("results", DDirectoriesPaths::C_pathTypeLoad), m_station->path("mnt/Share"));
-        QCOMPARE(paths->path("results", DDirectoriesPaths::C_pathTypeSave), m_station->internal("db"));
-        QCOMPARE(paths->path("pdfResults", DDirectoriesPaths::C_pathTypeLoad), m_station->internal("pdf"));
-        QCOMPARE(paths->path("media", DDirectoriesPaths::C_pathTypeSave), m_station->internal("media"));
-        QCOMPARE(paths->path("toolBackups", DDirectoriesPaths::C_pathTypeSave), QString()); // not published
-
-        // The share goes away: the next refresh publishes the local path for reading.
-        QVERIFY(QDir(m_station->path("mnt/Share")).removeRecursively());
-        m_directories->refreshDirectoriesPaths();
-        QCOMPARE(paths->path("results", DDirectoriesPaths::C_pathTypeLoad), m_station->internal("db"));
     }
 };
 

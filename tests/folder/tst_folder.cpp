@@ -78,8 +78,7 @@ private Q_SLOTS:
     void jsonForm_data()
     {
         QTest::addColumn<QString>("type");
-        QTest::newRow("internal folder stores only the common keys") << "internal";
-        QTest::newRow("removable folder stores only the common keys") << "external";
+        QTest::newRow("local folder stores only the common keys") << "internal";
         QTest::newRow("network folder adds its credentials, the password encrypted") << "samba";
     }
 
@@ -185,57 +184,6 @@ private Q_SLOTS:
         QCOMPARE(reread->password(), QStringLiteral("s3cret"));
     }
 
-    void pollingFloor()
-    {
-        const auto folder = makeFolder("external", "Usb", "usb", true, 200);
-        auto* timer = folder->findChild<QTimer*>();
-        QVERIFY(timer && timer->isSingleShot());
-        QCOMPARE(folder->pollingInterval(), 1000);
-        QCOMPARE(timer->interval(), 1000);
-        folder->setPollingInterval(1500);
-        QCOMPARE(timer->interval(), 1500);
-        folder->setPollingInterval(500);
-        QCOMPARE(folder->pollingInterval(), 1000);
-        QCOMPARE(timer->interval(), 1000);
-    }
-
-    void displayPath_data()
-    {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("removable drive") << "external" << "E:/" << "usb://E:/";
-        QTest::newRow("network share shows its server") << "samba" << "share/results" << "ext://10.0.0.5/share/results";
-        QTest::newRow("internal folder ignores the address") << "internal" << "D:/data" << "int://D:/data";
-        QTest::newRow("unknown type has no prefix") << "ftp" << "pub" << "pub";
-    }
-
-    void displayPath()
-    {
-        QFETCH(QString, type);
-        QFETCH(QString, path);
-        QFETCH(QString, expected);
-        const auto folder = makeFolder(type, "Shown", path, false);
-        QCOMPARE(folder->displayPath(), expected);
-    }
-
-    void namesModelsAndUnknownType()
-    {
-        QCOMPARE(Folder::getRoleName(QStringLiteral("usb")), QString());
-        QCOMPARE(Folder::getRoleName(QStringLiteral("certificates")), QString());
-        QCOMPARE(Folder::getRoleName(QStringLiteral("undefined")), QStringLiteral("-"));
-        QCOMPARE(Folder::getRoleName(QStringLiteral("media")), QStringLiteral("Media"));
-        QCOMPARE(Folder::getRoleName(QStringLiteral("Media")), QString());
-        QCOMPARE(Folder::getRoleName(Folder::EnFolderRole(8)), QString());
-        QCOMPARE(Folder::typeName(Folder::EnFolderType(4)), QString());
-        QCOMPARE(rowIds(Folder().typesModel()), (QStringList{"internal", "external", "samba"}));
-
-        const auto unknown = makeFolder("ftp", "F", "p");
-        QCOMPARE(unknown->typeName(), QString());
-        QCOMPARE(unknown->mountedPath(), QString());
-        QVERIFY(!unknown->make());
-    }
-
     void availableRolesModel_data()
     {
         QTest::addColumn<QString>("aliasId");
@@ -301,23 +249,9 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(log.events, (QStringList{"isAvailableChanged 1", "availabilityChanged Stick 1"}),
                                   10000);
         QVERIFY(folder->isAvailable());
-        auto* timer = folder->findChild<QTimer*>();
-        QVERIFY(timer);
-        QSignalSpy ticks(timer, &QTimer::timeout);
-        QVERIFY(ticks.wait(10000));
-        QVERIFY(ticks.wait(10000));
-        QCOMPARE(log.events.size(), 2);
-
         QVERIFY(QDir(m_removableRoot + QStringLiteral("/stick1")).removeRecursively());
         QTRY_COMPARE_WITH_TIMEOUT(log.events.size(), 4, 10000);
         QCOMPARE(log.events.mid(2), (QStringList{"isAvailableChanged 0", "availabilityChanged Stick 0"}));
-
-        // Drive gone: at most the pending check runs, then polling stops.
-        folder->removableStorageStateChanged(false);
-        if (timer->isActive())
-            QVERIFY(ticks.wait(10000));
-        QVERIFY(!timer->isActive());
-        QCOMPARE(log.events.size(), 4);
     }
 
     void removableReportsFilteredByPathAndRepeat()
@@ -338,12 +272,6 @@ private Q_SLOTS:
         QVERIFY(QMetaObject::invokeMethod(folder.data(), "sltRemovableStorageChanged", Q_ARG(bool, true),
                                           Q_ARG(QString, folder->mountedPath())));
         QCOMPARE(log.events.mid(2), (QStringList{"isAvailableChanged 0", "availabilityChanged Stick2 0"}));
-
-        // An internal folder ignores removable-drive reports entirely.
-        const auto internal = makeFolder("internal", "In", "in");
-        AvailabilityLog internalLog(internal.data());
-        internal->removableStorageStateChanged(true);
-        QVERIFY(internalLog.events.isEmpty());
     }
 
     void statusMaps()
@@ -381,25 +309,6 @@ private Q_SLOTS:
             QCOMPARE(spy.at(i).at(1).toMap(), expected.at(i));
         }
         QCOMPARE(failures.count(), 0);
-    }
-
-    void disabledNetworkFolderHasNoManager()
-    {
-        const auto folder = makeFolder("samba", "Off", "share", false);
-        QVERIFY(!folder->make());
-        QVERIFY(!folder->shareManager());
-        QSignalSpy status(folder.data(), &Folder::folderStatusChanged);
-        QSignalSpy failures(folder.data(), &Folder::folderConnectionFailed);
-        QSignalSpy availability(folder.data(), &Folder::availabilityChanged);
-        folder->retryConnection();
-        // Even with a directory at its mount point it is not reported available.
-        QVERIFY(QDir().mkpath(folder->mountedPath()));
-        QVERIFY(QMetaObject::invokeMethod(folder.data(), "updateAvailability"));
-        QVERIFY(QMetaObject::invokeMethod(folder.data(), "sltShareStatusChanged",
-                                          Q_ARG(QString, folder->mountedPath()), Q_ARG(bool, false)));
-        QCOMPARE(status.count() + failures.count() + availability.count(), 0);
-        QVERIFY(!folder->shareManager());
-        QVERIFY(QDir(folder->mountedPath()).removeRecursively());
     }
 };
 
