@@ -351,8 +351,13 @@ static void usage(void)
 static void keepValue(const char* line, const char* key, char* target, size_t size)
 {
     const size_t n = strlen(key);
-    if (strncmp(line, key, n) == 0)
-        snprintf(target, size, "%s", line + n);
+    if (strncmp(line, key, n) != 0)
+        return;
+    size_t length = strlen(line + n);
+    if (length >= size)
+        length = size - 1;   /* longer values cannot be valid credentials anyway */
+    memcpy(target, line + n, length);
+    target[length] = '\0';
 }
 
 static int readCredentials(FILE* in)
