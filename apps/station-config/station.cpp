@@ -22,8 +22,9 @@ QString demoSource()
     }
     return QString();
 }
+}
 
-bool copyTree(const QString& source, const QString& target)
+bool Station::copyDirectory(const QString& source, const QString& target)
 {
     if (!QDir().mkpath(target))
         return false;
@@ -41,7 +42,6 @@ bool copyTree(const QString& source, const QString& target)
         }
     }
     return true;
-}
 }
 
 QString Station::resolveDirectory(const QString& requested, QString& error)
@@ -65,7 +65,7 @@ QString Station::resolveDirectory(const QString& requested, QString& error)
         error = QStringLiteral("the demo station is not installed");
         return QString();
     }
-    if (!copyTree(source, copy)) {
+    if (!copyDirectory(source, copy)) {
         error = QStringLiteral("cannot copy the demo station to %1").arg(copy);
         return QString();
     }

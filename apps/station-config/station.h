@@ -13,6 +13,8 @@ public:
     // An explicit directory, or a writable copy of the demo station made on first use.
     // Empty on failure, with the reason in `error`.
     static QString resolveDirectory(const QString& requested, QString& error);
+    // Copies a station directory tree; copies are writable by their owner.
+    static bool copyDirectory(const QString& source, const QString& target);
 
     explicit Station(const QString& directory);
     ~Station();

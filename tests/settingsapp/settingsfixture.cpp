@@ -2,32 +2,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QDirIterator>
-#include <QFile>
 
 #include "d_zu_configuration.h"
 #include "settingsapp.h"
 #include "station.h"
 #include "utilities/guiengine.h"
 
-namespace {
-bool copyTree(const QString& source, const QString& target)
-{
-    QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        it.next();
-        const QString destination = target + QLatin1Char('/') + QDir(source).relativeFilePath(it.filePath());
-        if (it.fileInfo().isDir()) {
-            if (!QDir().mkpath(destination))
-                return false;
-        } else if (!QFile::copy(it.filePath(), destination)
-                   || !QFile::setPermissions(destination, QFile::permissions(destination) | QFile::WriteOwner)) {
-            return false;
-        }
-    }
-    return true;
-}
-}
 
 SettingsFixture::SettingsFixture() = default;
 
@@ -41,7 +21,7 @@ SettingsFixture::~SettingsFixture() = default;
 
 bool SettingsFixture::start(QString& error)
 {
-    if (!m_directory.isValid() || !copyTree(QStringLiteral(STATION_DEMO_DIR), m_directory.path())) {
+    if (!m_directory.isValid() || !Station::copyDirectory(QStringLiteral(STATION_DEMO_DIR), m_directory.path())) {
         error = QStringLiteral("cannot copy the demo station");
         return false;
     }
