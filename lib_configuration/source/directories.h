@@ -229,6 +229,9 @@ private slots:
     void sltFolderConnectionFailed(QString aliasName, QString errorMessage, bool isPermanent);
 
 private:
+    // The first folder whose mount path is a (case-sensitive) prefix of `path`; folders
+    // without a mount path (unknown type) hold nothing.
+    QSharedPointer<Folder> folderHoldingPath(const QString& path) const;
     // Adds the USB folder when the medium is present and missing from the list, removes it
     // when the medium is gone, then emits removableStorageStateChanged(present).
     void updateUsbFolder(bool present);

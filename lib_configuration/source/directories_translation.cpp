@@ -155,21 +155,27 @@ QString Directories::getMountedPathFromAdress(const QString& address, bool& moun
     return QString();
 }
 
+QSharedPointer<Folder> Directories::folderHoldingPath(const QString& path) const
+{
+    for (const QSharedPointer<Folder>& folder : m_folders.list()) {
+        if (folder.isNull())
+            continue;
+        const QString mountedPath = folder->mountedPath();
+        if (!mountedPath.isEmpty() && path.startsWith(mountedPath, Qt::CaseSensitive))
+            return folder;
+    }
+    return QSharedPointer<Folder>();
+}
+
 QString Directories::getAddressFromPath(QString path) const
 {
     if (path.isEmpty())
         return path;
-    for (const QSharedPointer<Folder>& folder : m_folders.list()) {
-        if (folder.isNull())
-            continue;
-        // A folder without a directory (unknown type) locates nothing.
-        const QString mountedPath = folder->mountedPath();
-        if (mountedPath.isEmpty() || !path.startsWith(mountedPath, Qt::CaseSensitive))
-            continue;
-        // Names the share, not the file: the part below the mount point is dropped.
-        return folder->address() + QLatin1Char('/') + folder->path();
-    }
-    return path;
+    const QSharedPointer<Folder> folder = folderHoldingPath(path);
+    if (!folder)
+        return path;
+    // Names the share, not the file: the part below the mount point is dropped.
+    return folder->address() + QLatin1Char('/') + folder->path();
 }
 
 QString Directories::getFolderPathFromAlias(QString alias, QString defaultPath) const
@@ -188,15 +194,8 @@ QString Directories::getPathRelativeToItsAlias(QString path) const
     if (path.isEmpty())
         return path;
     QString result = path;
-    for (const QSharedPointer<Folder>& folder : m_folders.list()) {
-        if (folder.isNull())
-            continue;
-        const QString mountedPath = folder->mountedPath();
-        if (mountedPath.isEmpty() || !path.startsWith(mountedPath, Qt::CaseSensitive))
-            continue;
-        result.replace(delLastPathSepIfPresent(mountedPath), folder->aliasName(), Qt::CaseSensitive);
-        break;
-    }
+    if (const QSharedPointer<Folder> folder = folderHoldingPath(path))
+        result.replace(delLastPathSepIfPresent(folder->mountedPath()), folder->aliasName(), Qt::CaseSensitive);
     return delLastPathSepIfPresent(result);
 }
 
