@@ -236,13 +236,45 @@ DZuConfiguration::~DZuConfiguration()
 
 QJsonObject DZuConfiguration::getMainConfig(const QString& fileName)
 {
-    QJsonObject document;
-    if (!JsonTools::readFile(m_configurationDirectoryPath + QLatin1Char('/') + fileName, document)) {
+    const SettingsDocument::Reading reading =
+        SettingsDocument::read(m_configurationDirectoryPath + QLatin1Char('/') + fileName);
+    if (fileName == m_configurationFileName)
+        setDocumentReading(reading);
+    if (reading.state != SettingsDocument::CeLoaded && reading.object.isEmpty()) {
         LogLine::critical(this, C_source, C_lineMainConfigUnavailable,
                           QStringLiteral("ERROR: Main configuration is not available!"));
         return QJsonObject();
     }
-    return document;
+    return reading.object;
+}
+
+void DZuConfiguration::setDocumentReading(const SettingsDocument::Reading& reading)
+{
+    const bool changed = reading.state != m_documentState || reading.reason != m_documentProblem
+        || reading.line != m_documentErrorLine || reading.column != m_documentErrorColumn;
+    m_documentState = reading.state;
+    m_documentProblem = reading.reason;
+    m_documentErrorLine = reading.line;
+    m_documentErrorColumn = reading.column;
+    m_loadedDocumentDigest = reading.digest;
+    if (changed)
+        emit documentStateChanged();
+}
+
+QString DZuConfiguration::documentFilePath() const
+{
+    return m_configurationDirectoryPath + QLatin1Char('/') + m_configurationFileName;
+}
+
+QString DZuConfiguration::documentDescription() const
+{
+    if (m_documentState != SettingsDocument::CeUnusable)
+        return QString();
+    SettingsDocument::Reading reading;
+    reading.reason = m_documentProblem;
+    reading.line = m_documentErrorLine;
+    reading.column = m_documentErrorColumn;
+    return SettingsDocument::describe(reading, documentFilePath());
 }
 
 QVariant DZuConfiguration::getConfigParameter(const QString& path) const
@@ -417,6 +449,34 @@ void DZuConfiguration::sltUserNameChanged(const QString& userName)
 
 bool DZuConfiguration::saveSettings(QJsonObject& root)
 {
+    completeDocument(root);
+    // Serialised before the file is touched; a failed write puts the previous bytes back.
+    const QByteArray text = QJsonDocument(root).toJson(QJsonDocument::Indented);
+    QString error;
+    switch (SettingsDocument::writeInPlace(documentFilePath(), text, &error)) {
+    case SettingsDocument::CeWritten:
+        m_lastSaveError.clear();
+        return true;
+    case SettingsDocument::CeCannotOpen:
+        m_lastSaveError = error;
+        LogLine::critical(this, C_source, C_lineCannotOpenSaveFile, QStringLiteral("ERROR: Couldn't open save file."));
+        return false;
+    case SettingsDocument::CeRestored:
+        m_lastSaveError = error;
+        LogLine::critical(this, C_source, __LINE__,
+                          QStringLiteral("ERROR: Couldn't write save file, the previous document is kept:"), error);
+        return false;
+    case SettingsDocument::CeLost:
+        break;
+    }
+    m_lastSaveError = error;
+    LogLine::critical(this, C_source, __LINE__,
+                      QStringLiteral("ERROR: Couldn't write save file nor restore the previous document:"), error);
+    return false;
+}
+
+void DZuConfiguration::completeDocument(QJsonObject& root)
+{
     QJsonObject general;
     general.insert(QStringLiteral("workplace_name"), m_workplaceName);
     general.insert(QStringLiteral("production_line_name"), m_prodLineName);
@@ -516,16 +576,6 @@ bool DZuConfiguration::saveSettings(QJsonObject& root)
     const QVariantMap logger = getLoggerSection();
     if (!logger.isEmpty())
         root.insert(QStringLiteral("logger"), QJsonObject::fromVariantMap(logger));
-
-    // Written in place: no temporary file, no backup.
-    QFile file(m_configurationDirectoryPath + QLatin1Char('/') + m_configurationFileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        LogLine::critical(this, C_source, C_lineCannotOpenSaveFile, QStringLiteral("ERROR: Couldn't open save file."));
-        return false;
-    }
-    file.write(QJsonDocument(root).toJson(QJsonDocument::Indented));
-    file.close();
-    return true;
 }
 
 // --- Sync settings read from the file --------------------------------------------------------

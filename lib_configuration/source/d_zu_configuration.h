@@ -13,6 +13,7 @@
 #include <QVariantMap>
 
 #include "directories.h"
+#include "settingsdocument.h"
 #include "utilities/datetime.h"
 #include "utilities/olm_sequenceiorelation.h"
 
@@ -27,6 +28,15 @@ class DSyncManager;
 // Implementation files: d_zu_configuration.cpp (document, service, save),
 // d_zu_configuration_relations.cpp, d_zu_configuration_regional.cpp,
 // d_zu_configuration_update.cpp, d_zu_configuration_templates.cpp.
+//
+// Choices of this implementation, made so that a station's settings are never lost:
+// - The load records what it found (no document, loaded, unusable with the reason and the
+//   line and column of a syntax error); what it puts in memory is unchanged.
+// - saveSettings still writes in place (same file and inode, no temporary, no rename), but it
+//   serialises first, checks the write and the flush, and writes the previous bytes back when
+//   either fails; the file is made private to its owner (a stricter mode is kept).
+// - History, locking and the refusal to write over an unusable document are the callers'
+//   (SettingsHistory, SettingsLock); the library takes no lock itself.
 class DZuConfiguration : public QObject
 {
     Q_OBJECT
@@ -79,6 +89,15 @@ class DZuConfiguration : public QObject
     Q_PROPERTY(QString sequenceScriptPath READ sequenceScriptPath WRITE setSequenceScriptPath NOTIFY sigConfigurationChanged)
     Q_PROPERTY(QString sequenceScriptData READ sequenceScriptData WRITE setSequenceScriptData NOTIFY sigConfigurationChanged)
     Q_PROPERTY(OLM_SequenceIoRelation* sequenceIoRelations READ sequenceIoRelations NOTIFY sigSequenceRelationChanged)
+    // What the last load found in the document file (SettingsDocument::EnState: 0 missing,
+    // 1 loaded, 2 unusable), and for an unusable one why, where and the one-line description.
+    Q_PROPERTY(int documentState READ documentState NOTIFY documentStateChanged)
+    Q_PROPERTY(bool documentUsable READ isDocumentUsable NOTIFY documentStateChanged)
+    Q_PROPERTY(QString documentProblem READ documentProblem NOTIFY documentStateChanged)
+    Q_PROPERTY(int documentErrorLine READ documentErrorLine NOTIFY documentStateChanged)
+    Q_PROPERTY(int documentErrorColumn READ documentErrorColumn NOTIFY documentStateChanged)
+    Q_PROPERTY(QString documentDescription READ documentDescription NOTIFY documentStateChanged)
+    Q_PROPERTY(QString documentFilePath READ documentFilePath CONSTANT)
 
 public:
     // Date format name -> QDate/QDateTime pattern ("DD/MM/YYYY" -> "dd/MM/yyyy", ...).
@@ -108,8 +127,25 @@ public:
     void reload();
     void loadDirectories();
     void loadUsers();
-    // True when the document file could be opened for writing; `root` is completed in place.
+    // True when the document was written; `root` is completed in place. The file is rewritten
+    // in place; when the write or its flush fails the previous bytes are written back, false
+    // is returned and lastSaveError() tells why.
     bool saveSettings(QJsonObject& root);
+    // The sections saveSettings writes, put into `root` without writing the file.
+    void completeDocument(QJsonObject& root);
+    QString lastSaveError() const { return m_lastSaveError; }
+
+    // --- What the last load found -------------------------------------------------------
+    int documentState() const { return m_documentState; }
+    bool isDocumentUsable() const { return m_documentState != SettingsDocument::CeUnusable; }
+    QString documentProblem() const { return m_documentProblem; }
+    int documentErrorLine() const { return m_documentErrorLine; }
+    int documentErrorColumn() const { return m_documentErrorColumn; }
+    // "PATH: REASON at line L, column C" for an unusable document, else empty.
+    QString documentDescription() const;
+    QString documentFilePath() const;
+    // SHA-256 (hex) of the bytes the last load read; lets a writer see that the file changed since.
+    QByteArray loadedDocumentDigest() const { return m_loadedDocumentDigest; }
 
     // Sync settings read straight from the document file (before the document is loaded).
     static int readSyncIntervalMs(const QString& dir, const QString& fileName, int defaultMs);
@@ -282,6 +318,7 @@ public:
                                   QMap<QString, int>& index);
 
 signals:
+    void documentStateChanged();
     void sigConfigurationChanged();
     void sigSequenceRelationChanged();
     void sigRegionChanged();
@@ -304,6 +341,7 @@ private:
     void loadTimeZones();
     void rebuildUnitLabels();
     void loadPluginDefaults();
+    void setDocumentReading(const SettingsDocument::Reading& reading);
 
     static DZuConfiguration* m_instance;
 
@@ -314,6 +352,12 @@ private:
     // Refers to m_mainConfig itself; its deleter does nothing.
     QSharedPointer<QJsonObject> m_settings;
     QPointer<AccessControlManager> m_accessControl;
+    int m_documentState = SettingsDocument::CeMissing;
+    QString m_documentProblem;
+    int m_documentErrorLine = 0;
+    int m_documentErrorColumn = 0;
+    QByteArray m_loadedDocumentDigest;
+    QString m_lastSaveError;
 
     QString m_torqueUnit;
     QString m_weightUnit;

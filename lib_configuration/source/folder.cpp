@@ -131,6 +131,8 @@ bool Folder::update(const QString& type, const QString& aliasName, const QString
     // Credentials and the enabled flag belong to network shares only; the other types keep theirs.
     if (m_type == C_typeNetwork) {
         const QString clearPassword = passwordEncrypted ? m_crypt.decryptToString(password) : password;
+        if (passwordEncrypted && !clearPassword.isEmpty())
+            m_passwordCipher = password;
         if (domain != m_domain) {
             m_domain = domain;
             changed = true;
@@ -226,7 +228,11 @@ QJsonObject Folder::toJsonObject() const
         object.insert(C_modelKeyDomain, m_domain);
         object.insert(C_modelKeyAddress, m_address);
         object.insert(C_modelKeyLogin, m_identifier);
-        object.insert(C_modelKeyPassword, m_crypt.encryptToString(m_password));
+        // The stored cipher text is kept while it still decrypts to the password, so that an
+        // unchanged folder is saved as the same bytes (the encryption is salted).
+        if (m_passwordCipher.isEmpty() || m_crypt.decryptToString(m_passwordCipher) != m_password)
+            m_passwordCipher = m_crypt.encryptToString(m_password);
+        object.insert(C_modelKeyPassword, m_passwordCipher);
     }
     object.insert(C_modelKeyEnabled, m_enabled);
     return object;

@@ -198,6 +198,8 @@ private:
     QString m_address;
     QString m_identifier;
     QString m_password;
+    // Cipher text of the password as last read or written.
+    mutable QString m_passwordCipher;
     QVariantList m_typesModel;
     QMap<QString, int> m_typeIndexById;
     QVariantList m_rolesModel;

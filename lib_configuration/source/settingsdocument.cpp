@@ -1,0 +1,337 @@
+#include "settingsdocument.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonParseError>
+#include <QThread>
+
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace {
+constexpr int C_lockPollMs = 20;
+
+// Offset of the first byte that is not part of well-formed UTF-8, or -1.
+qsizetype firstInvalidUtf8(const QByteArray& bytes)
+{
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.constData());
+    const qsizetype size = bytes.size();
+    qsizetype i = 0;
+    while (i < size) {
+        const unsigned char c = data[i];
+        int length = 0;
+        unsigned int codePoint = 0;
+        if (c < 0x80) {
+            ++i;
+            continue;
+        } else if ((c & 0xE0) == 0xC0) {
+            length = 2;
+            codePoint = c & 0x1F;
+        } else if ((c & 0xF0) == 0xE0) {
+            length = 3;
+            codePoint = c & 0x0F;
+        } else if ((c & 0xF8) == 0xF0) {
+            length = 4;
+            codePoint = c & 0x07;
+        } else {
+            return i;
+        }
+        if (i + length > size)
+            return i;
+        for (int k = 1; k < length; ++k) {
+            if ((data[i + k] & 0xC0) != 0x80)
+                return i;
+            codePoint = (codePoint << 6) | (data[i + k] & 0x3F);
+        }
+        static const unsigned int minimum[5] = {0, 0, 0x80, 0x800, 0x10000};
+        if (codePoint < minimum[length] || codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
+            return i;
+        i += length;
+    }
+    return -1;
+}
+
+void lineAndColumn(const QByteArray& bytes, qsizetype offset, int& line, int& column)
+{
+    offset = qBound<qsizetype>(0, offset, bytes.size());
+    line = 1;
+    qsizetype lineStart = 0;
+    for (qsizetype i = 0; i < offset; ++i) {
+        if (bytes.at(i) == '\n') {
+            ++line;
+            lineStart = i + 1;
+        }
+    }
+    column = int(offset - lineStart) + 1;
+}
+
+QString systemError()
+{
+#ifdef Q_OS_UNIX
+    return QString::fromLocal8Bit(std::strerror(errno));
+#else
+    return QString();
+#endif
+}
+
+QString asideName(const QString& path)
+{
+    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    QString candidate = path + QStringLiteral(".damaged-") + stamp;
+    for (int n = 2; QFileInfo::exists(candidate); ++n)
+        candidate = path + QStringLiteral(".damaged-") + stamp + QLatin1Char('-') + QString::number(n);
+    return candidate;
+}
+
+// Flush to the device, then to the disk; false with the reason when either fails.
+bool flushToDisk(QFile& file, QString& error)
+{
+    if (!file.flush()) {
+        error = file.errorString();
+        return false;
+    }
+#ifdef Q_OS_UNIX
+    if (::fsync(file.handle()) != 0 && errno != EINVAL && errno != EROFS) {
+        error = systemError();
+        return false;
+    }
+#endif
+    return true;
+}
+
+bool rewrite(QFile& file, const QByteArray& bytes, QString& error)
+{
+    if (!file.resize(0) || !file.seek(0) || file.write(bytes) != bytes.size()) {
+        error = file.errorString();
+        return false;
+    }
+    return flushToDisk(file, error);
+}
+}
+
+SettingsDocument::Reading SettingsDocument::read(const QString& path)
+{
+    QFile file(path);
+    if (!file.exists()) {
+        Reading reading;
+        reading.state = CeMissing;
+        return reading;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        Reading reading;
+        reading.state = CeUnusable;
+        reading.reason = QStringLiteral("cannot be read: %1").arg(file.errorString());
+        return reading;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        Reading reading;
+        reading.state = CeUnusable;
+        reading.bytes = bytes;
+        reading.reason = QStringLiteral("cannot be read: %1").arg(file.errorString());
+        return reading;
+    }
+    return parse(bytes);
+}
+
+SettingsDocument::Reading SettingsDocument::parse(const QByteArray& bytes)
+{
+    Reading reading;
+    reading.bytes = bytes;
+    reading.digest = digest(bytes);
+
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    // What the load receives is Qt's parse, whatever is said of the file below.
+    if (error.error == QJsonParseError::NoError && document.isObject())
+        reading.object = document.object();
+
+    reading.state = CeUnusable;
+    if (bytes.trimmed().isEmpty()) {
+        reading.reason = bytes.isEmpty() ? QStringLiteral("the file is empty")
+                                         : QStringLiteral("the file holds only blanks");
+        return reading;
+    }
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF")) {
+        reading.reason = QStringLiteral("not UTF-8 text (it is UTF-16)");
+        return reading;
+    }
+    const qsizetype invalid = firstInvalidUtf8(bytes);
+    if (invalid >= 0) {
+        lineAndColumn(bytes, invalid, reading.line, reading.column);
+        reading.reason = QStringLiteral("not UTF-8 text (byte 0x%1)")
+                             .arg(uint(uchar(bytes.at(invalid))), 2, 16, QLatin1Char('0'));
+        return reading;
+    }
+    if (error.error != QJsonParseError::NoError) {
+        lineAndColumn(bytes, error.offset, reading.line, reading.column);
+        reading.reason = QStringLiteral("not valid JSON (%1)").arg(error.errorString());
+        return reading;
+    }
+    if (!document.isObject()) {
+        reading.reason = QStringLiteral("not a JSON object");
+        return reading;
+    }
+    reading.state = CeLoaded;
+    return reading;
+}
+
+QString SettingsDocument::describe(const Reading& reading, const QString& path)
+{
+    QString text = path + QStringLiteral(": ") + reading.reason;
+    if (reading.line > 0)
+        text += QStringLiteral(" at line %1, column %2").arg(reading.line).arg(reading.column);
+    return text;
+}
+
+QByteArray SettingsDocument::digest(const QByteArray& bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+}
+
+SettingsDocument::EnWriteResult SettingsDocument::writeInPlace(const QString& path, const QByteArray& bytes,
+                                                               QString* error)
+{
+    QFile file(path);
+    const bool existed = file.exists();
+    QByteArray previous;
+    bool hasPrevious = false;
+    if (file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
+        previous = file.readAll();
+        hasPrevious = existed && file.error() == QFileDevice::NoError;
+    } else if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        // A file readable only for writing cannot be kept: it is written as before, unguarded.
+        if (error)
+            *error = file.errorString();
+        return CeCannotOpen;
+    }
+    makePrivate(path);
+
+    QString reason;
+    if (rewrite(file, bytes, reason))
+        return CeWritten;
+    if (error)
+        *error = reason;
+    if (!existed) {
+        file.close();
+        QFile::remove(path);
+        return CeRestored;
+    }
+    QString restoreError;
+    if (hasPrevious && rewrite(file, previous, restoreError))
+        return CeRestored;
+    return CeLost;
+}
+
+bool SettingsDocument::makePrivate(const QString& path)
+{
+#ifdef Q_OS_UNIX
+    struct stat status;
+    const QByteArray native = QFile::encodeName(path);
+    if (::stat(native.constData(), &status) != 0)
+        return false;
+    const mode_t mode = status.st_mode & 07777;
+    if ((mode & 0077) == 0)
+        return true;
+    return ::chmod(native.constData(), mode & 0700) == 0;
+#else
+    return QFile::setPermissions(path, QFile::permissions(path) & (QFile::ReadOwner | QFile::WriteOwner));
+#endif
+}
+
+bool SettingsDocument::moveAside(const QString& path, QString* movedTo, QString* error)
+{
+    const QString target = asideName(path);
+    QFile file(path);
+    if (!file.rename(target)) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    if (movedTo)
+        *movedTo = target;
+    return true;
+}
+
+bool SettingsDocument::copyAside(const QString& path, QString* copiedTo)
+{
+    const QString target = asideName(path);
+    if (!QFile::copy(path, target))
+        return false;
+    QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
+    if (copiedTo)
+        *copiedTo = target;
+    return true;
+}
+
+// --- Lock ----------------------------------------------------------------------------------
+
+SettingsLock::SettingsLock(const QString& documentPath)
+    : m_path(documentPath + QStringLiteral(".lock"))
+{
+}
+
+SettingsLock::~SettingsLock()
+{
+    unlock();
+}
+
+bool SettingsLock::lock(int timeoutMs, QString* error)
+{
+    if (m_descriptor >= 0)
+        return true;
+#ifdef Q_OS_UNIX
+    const QByteArray native = QFile::encodeName(m_path);
+    const int descriptor = ::open(native.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (descriptor < 0) {
+        if (error)
+            *error = QStringLiteral("cannot open %1: %2").arg(m_path, systemError());
+        return false;
+    }
+    QElapsedTimer clock;
+    clock.start();
+    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            if (error)
+                *error = QStringLiteral("cannot lock %1: %2").arg(m_path, systemError());
+            ::close(descriptor);
+            return false;
+        }
+        if (clock.elapsed() >= timeoutMs) {
+            if (error)
+                *error = QStringLiteral("%1 is held by another program").arg(m_path);
+            ::close(descriptor);
+            return false;
+        }
+        QThread::msleep(C_lockPollMs);
+    }
+    m_descriptor = descriptor;
+    return true;
+#else
+    // No advisory locks here: cooperating programs rely on the check of what they loaded.
+    Q_UNUSED(timeoutMs)
+    Q_UNUSED(error)
+    return true;
+#endif
+}
+
+void SettingsLock::unlock()
+{
+#ifdef Q_OS_UNIX
+    if (m_descriptor >= 0) {
+        ::flock(m_descriptor, LOCK_UN);
+        ::close(m_descriptor);
+    }
+#endif
+    m_descriptor = -1;
+}
