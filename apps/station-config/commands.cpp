@@ -15,6 +15,7 @@
 
 #include "d_zu_configuration.h"
 #include "directories.h"
+#include "settingsdocument.h"
 #include "station.h"
 #include "sync/dsyncmanager.h"
 #include "utilities/preconfiguration.h"
@@ -312,6 +313,19 @@ int cmdApplyUpdate(CommandContext& context)
         err() << "station-config: cannot load the pre-configuration\n";
         return 1;
     }
+    if (!context.station.lock(error)) {
+        err() << "station-config: " << error << "\n";
+        return 1;
+    }
+    // The document before the update: refused when unusable, kept as a version when changed.
+    const QString documentPath = PreConfiguration::configurationFilePath(
+        PreConfiguration::getParameter(QStringLiteral("configDirPath")).toString());
+    const SettingsDocument::Reading before = SettingsDocument::read(documentPath);
+    if (before.state == SettingsDocument::CeUnusable) {
+        err() << "station-config: " << SettingsDocument::describe(before, documentPath)
+              << "; nothing was changed\n";
+        return 3;
+    }
     const QString updateFolder = PreConfiguration::getParameter(QStringLiteral("systemUpdateFolder")).toString();
     const QString target = PreConfiguration::backupConfigFilePath(updateFolder);
     QDir().mkpath(updateFolder);
@@ -325,6 +339,14 @@ int cmdApplyUpdate(CommandContext& context)
         return 1;
     }
     const bool consumed = !QFileInfo::exists(target);
+    // A package start-up could not open would be tried again at every start.
+    if (!consumed)
+        QFile::remove(target);
+    const SettingsDocument::Reading after = SettingsDocument::read(documentPath);
+    if (after.digest != before.digest
+        && !context.station.history().record(before.bytes, after.object,
+                                              QStringLiteral("apply-update ") + QFileInfo(package).fileName(), &error))
+        err() << "station-config: the document before the update was not kept: " << error << "\n";
     printReport(QJsonObject { { "package", package }, { "applied", consumed },
                               { "document", context.station.documentPath() } },
                 context.json);

@@ -40,3 +40,6 @@ int cmdTestShare(CommandContext& context);
 int cmdFolders(CommandContext& context);
 int cmdGet(CommandContext& context);
 int cmdSet(CommandContext& context);
+int cmdHistory(CommandContext& context);
+int cmdDiff(CommandContext& context);
+int cmdRollback(CommandContext& context);

@@ -52,16 +52,46 @@ QJsonValue parseValue(const QString& text)
     return QJsonValue(text);
 }
 
-// Keys without a setter: the file is changed, re-read by the service, then saved by it.
-bool setThroughDocument(Station& station, const QString& key, const QJsonValue& value)
+// Keys without a setter: the value goes into the in-memory document, which the service applies again.
+void setThroughDocument(Station& station, const QString& key, const QJsonValue& value)
 {
-    QSharedPointer<QJsonObject> document(new QJsonObject(station.readDocument()));
-    JsonTools::addValue(document, key, value);
-    if (!JsonTools::writeFile(station.documentPath(), *document))
-        return false;
-    station.configuration()->reload();
+    JsonTools::addValue(station.configuration()->settings(), key, value);
+    station.configuration()->loadSettings();
+}
+
+// Applies the new value to the service; false when the service refuses it.
+bool apply(Station& station, const QString& key, const QJsonValue& value)
+{
+    DZuConfiguration* config = station.configuration();
+    if (const char* property = propertyOfKey().value(key, nullptr))
+        return config->setProperty(property, value.toVariant());
+    if (key == QLatin1String("regionalSettings.region")) {
+        config->setRegion(value.toString(), config->currentCity());
+    } else if (key == QLatin1String("regionalSettings.city")) {
+        config->setRegion(config->currentRegion(), value.toString());
+    } else if (key == QLatin1String("regionalSettings.language")) {
+        const QString name = LanguagesManagement::instance()->languageTable().key(value.toString());
+        if (name.isEmpty())
+            return false;
+        config->setCurrentLanguage(name);
+    } else if (key == QLatin1String("regionalSettings.keyboard_input")) {
+        return KeyboardManagement::instance()->setCurrentKeyboardLayoutCode(value.toString(), true);
+    } else if (key == QLatin1String("regionalSettings.hourFormat")) {
+        config->setFormats(value.toString(), config->currentDateFormat());
+    } else if (key == QLatin1String("regionalSettings.dateFormat")) {
+        config->setFormats(config->currentHourFormat(), value.toString());
+    } else if (key == QLatin1String("templates.company_address")) {
+        config->saveTemplateParameters(value.toString(), config->reportFooter());
+    } else if (key == QLatin1String("templates.report_footer")) {
+        config->saveTemplateParameters(config->companyAddress(), value.toString());
+    } else {
+        setThroughDocument(station, key, value);
+    }
     return true;
 }
+
+// A writer that found the file changed since it loaded it reloads and applies its change again.
+constexpr int C_conflictRetries = 5;
 }
 
 int cmdGet(CommandContext& context)
@@ -93,43 +123,35 @@ int cmdSet(CommandContext& context)
     }
     const QString key = context.arguments.at(0);
     const QJsonValue value = parseValue(context.arguments.at(1));
-    DZuConfiguration* config = context.station.configuration();
-
-    bool applied = true;
-    if (const char* property = propertyOfKey().value(key, nullptr)) {
-        applied = config->setProperty(property, value.toVariant());
-    } else if (key == QLatin1String("regionalSettings.region")) {
-        config->setRegion(value.toString(), config->currentCity());
-    } else if (key == QLatin1String("regionalSettings.city")) {
-        config->setRegion(config->currentRegion(), value.toString());
-    } else if (key == QLatin1String("regionalSettings.language")) {
-        const QString name = LanguagesManagement::instance()->languageTable().key(value.toString());
-        applied = !name.isEmpty();
-        if (applied)
-            config->setCurrentLanguage(name);
-    } else if (key == QLatin1String("regionalSettings.keyboard_input")) {
-        applied = KeyboardManagement::instance()->setCurrentKeyboardLayoutCode(value.toString(), true);
-    } else if (key == QLatin1String("regionalSettings.hourFormat")) {
-        config->setFormats(value.toString(), config->currentDateFormat());
-    } else if (key == QLatin1String("regionalSettings.dateFormat")) {
-        config->setFormats(config->currentHourFormat(), value.toString());
-    } else if (key == QLatin1String("templates.company_address")) {
-        config->saveTemplateParameters(value.toString(), config->reportFooter());
-    } else if (key == QLatin1String("templates.report_footer")) {
-        config->saveTemplateParameters(config->companyAddress(), value.toString());
-    } else if (key.startsWith(QLatin1String("_hidden_"))) {
+    if (key.startsWith(QLatin1String("_hidden_"))) {
         err() << "station-config: " << key << " lives in memory only\n";
         return 1;
-    } else {
-        applied = setThroughDocument(context.station, key, value);
     }
-    if (!applied) {
-        err() << "station-config: cannot set " << key << "\n";
-        return 1;
-    }
-    if (!context.station.save()) {
-        err() << "station-config: cannot write " << context.station.documentPath() << "\n";
-        return 1;
+    Station& station = context.station;
+
+    // Sections the service writes are rebuilt over this; other keys keep the new value.
+    const auto intoFile = [&](QJsonObject& root) {
+        JsonTools::addValue(QSharedPointer<QJsonObject>(&root, [](QJsonObject*) {}), key, value);
+    };
+    for (int attempt = 0;; ++attempt) {
+        if (!apply(station, key, value)) {
+            err() << "station-config: cannot set " << key << "\n";
+            return 1;
+        }
+        QString error;
+        const Station::EnSaveResult result = station.save(QStringLiteral("set ") + key, error, intoFile);
+        if (result == Station::CeSaved)
+            break;
+        if (result == Station::CeConflict && attempt < C_conflictRetries) {
+            station.reload();
+            if (!station.isDocumentUsable()) {
+                err() << "station-config: " << station.unusableMessage() << "\n";
+                return 3;
+            }
+            continue;
+        }
+        err() << "station-config: " << error << "\n";
+        return result == Station::CeUnusable ? 3 : 1;
     }
     CommandContext readBack { context.station, { key }, context.parser, context.json };
     return cmdGet(readBack);

@@ -11,28 +11,38 @@
 #include "station.h"
 
 namespace {
+// What a command does with the settings document: commands that read or write it refuse an
+// unusable one (exit 3); writers hold the document's lock from load to save.
+enum EnDocumentUse { CeIgnores, CeReads, CeWrites };
+
 struct Command {
     const char* usage;
     const char* description;
     bool loadsFolders;
+    EnDocumentUse document;
     std::function<int(CommandContext&)> run;
 };
+
+constexpr int C_exitUnusableDocument = 3;
 
 const QMap<QString, Command>& commands()
 {
     static const QMap<QString, Command> table {
-        { "status", { "status", "settings loaded from the station's document", false, cmdStatus } },
-        { "folders", { "folders [--wait SECONDS]", "every storage folder with its live availability", true, cmdFolders } },
-        { "get", { "get KEY", "a value of the document by dotted path (general.sound_volume)", true, cmdGet } },
-        { "set", { "set KEY VALUE", "changes a setting (JSON-typed value) and saves the document", true, cmdSet } },
-        { "paths", { "paths", "local and secured path of every role", true, cmdPaths } },
-        { "sync", { "sync [--now | --reset]", "registered mirrors and sync state; run a pass or reset", true, cmdSync } },
+        { "status", { "status", "settings loaded from the station's document", false, CeReads, cmdStatus } },
+        { "folders", { "folders [--wait SECONDS]", "every storage folder with its live availability", true, CeReads, cmdFolders } },
+        { "get", { "get KEY", "a value of the document by dotted path (general.sound_volume)", true, CeReads, cmdGet } },
+        { "set", { "set KEY VALUE", "changes a setting (JSON-typed value) and saves the document", true, CeWrites, cmdSet } },
+        { "paths", { "paths", "local and secured path of every role", true, CeReads, cmdPaths } },
+        { "sync", { "sync [--now | --reset]", "registered mirrors and sync state; run a pass or reset", true, CeReads, cmdSync } },
         { "test-share", { "test-share ADDRESS SHARE-PATH --user U [--domain D]",
-                          "tests a network share (password read from standard input)", false, cmdTestShare } },
-        { "apply-update", { "apply-update ZIP", "applies a configuration update package as start-up does", false, cmdApplyUpdate } },
-        { "timezones", { "timezones [REGION]", "time-zone regions, or the cities of one", false, cmdTimezones } },
-        { "templates", { "templates", "report templates, newest version first", true, cmdTemplates } },
-        { "storage", { "storage", "total and available bytes of the internal storage", false, cmdStorage } },
+                          "tests a network share (password read from standard input)", false, CeIgnores, cmdTestShare } },
+        { "apply-update", { "apply-update ZIP", "applies a configuration update package as start-up does", false, CeWrites, cmdApplyUpdate } },
+        { "timezones", { "timezones [REGION]", "time-zone regions, or the cities of one", false, CeIgnores, cmdTimezones } },
+        { "templates", { "templates", "report templates, newest version first", true, CeReads, cmdTemplates } },
+        { "storage", { "storage", "total and available bytes of the internal storage", false, CeIgnores, cmdStorage } },
+        { "history", { "history", "kept versions of the settings document, newest (0) first", false, CeIgnores, cmdHistory } },
+        { "diff", { "diff [N]", "key by key, what differs between version N (default 0) and the document", false, CeIgnores, cmdDiff } },
+        { "rollback", { "rollback N", "restores version N of the document (the current one is kept as a version)", false, CeIgnores, cmdRollback } },
     };
     return table;
 }
@@ -94,10 +104,15 @@ int main(int argc, char* argv[])
         return 1;
     }
     Station station(directory);
+    const bool writes = command->document == CeWrites || name == QLatin1String("rollback");
     // apply-update must place its package before the library starts.
-    if (name != QLatin1String("apply-update") && !station.open(command->loadsFolders, error)) {
+    if (name != QLatin1String("apply-update") && !station.open(command->loadsFolders, error, writes)) {
         err() << "station-config: " << error << "\n";
         return 1;
+    }
+    if (command->document != CeIgnores && name != QLatin1String("apply-update") && !station.isDocumentUsable()) {
+        err() << "station-config: " << station.unusableMessage() << "\n";
+        return C_exitUnusableDocument;
     }
 
     CommandContext context { station, positional, parser, parser.isSet(QStringLiteral("json")) };

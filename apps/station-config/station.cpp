@@ -8,6 +8,7 @@
 
 #include "access/accesscontrolmanager.h"
 #include "d_zu_configuration.h"
+#include "settingsdocument.h"
 #include "utilities/jsontools.h"
 #include "utilities/preconfiguration.h"
 
@@ -38,7 +39,9 @@ bool Station::copyDirectory(const QString& source, const QString& target)
         } else if (!QFile::copy(it.filePath(), destination)) {
             return false;
         } else {
-            QFile::setPermissions(destination, QFile::permissions(destination) | QFile::WriteOwner);
+            // Private to the owner: a station's document holds share passwords.
+            const QFile::Permissions executable = QFile::permissions(destination) & QFile::ExeOwner;
+            QFile::setPermissions(destination, QFile::ReadOwner | QFile::WriteOwner | executable);
         }
     }
     return true;
@@ -85,13 +88,15 @@ Station::~Station()
     delete m_accessControl;
 }
 
-bool Station::open(bool loadFolders, QString& error)
+bool Station::open(bool loadFolders, QString& error, bool lockDocument)
 {
     const QString preconfiguration = m_directory + QLatin1Char('/') + QLatin1String(C_preconfigurationFile);
     if (!PreConfiguration::load(preconfiguration)) {
         error = QStringLiteral("cannot load %1").arg(preconfiguration);
         return false;
     }
+    if (lockDocument && !lock(error))
+        return false;
     m_accessControl = new AccessControlManager;
     m_configuration = DZuConfiguration::initInstance(m_accessControl);
     if (!m_configuration) {
@@ -101,14 +106,48 @@ bool Station::open(bool loadFolders, QString& error)
     QObject::connect(m_accessControl, &AccessControlManager::userNameChanged,
                      m_configuration, &DZuConfiguration::sltUserNameChanged);
     m_configuration->loadUsers();
+    m_foldersLoaded = loadFolders;
     if (loadFolders)
         m_configuration->loadDirectories();
+    m_knownDigest = m_configuration->loadedDocumentDigest();
     return true;
+}
+
+bool Station::lock(QString& error)
+{
+    const QString path = m_configuration
+        ? documentPath()
+        : PreConfiguration::configurationFilePath(PreConfiguration::getParameter(QStringLiteral("configDirPath")).toString());
+    if (!m_lock)
+        m_lock = std::make_unique<SettingsLock>(path);
+    return m_lock->lock(C_lockTimeoutMs, &error);
+}
+
+void Station::unlock()
+{
+    if (m_lock)
+        m_lock->unlock();
 }
 
 QString Station::documentPath() const
 {
-    return m_configuration->configurationDirectoryPath() + QLatin1Char('/') + m_configuration->configurationFileName();
+    return m_configuration->documentFilePath();
+}
+
+bool Station::isDocumentUsable() const
+{
+    return m_configuration && m_configuration->isDocumentUsable();
+}
+
+QString Station::unusableMessage() const
+{
+    QString text = m_configuration->documentDescription() + QStringLiteral("; nothing was changed");
+    const auto versions = history().versions();
+    if (!versions.isEmpty())
+        text += QStringLiteral(". %1 earlier version(s) are kept; the newest, of %2, is restored by 'rollback 0'")
+                    .arg(versions.size())
+                    .arg(versions.first().time.toLocalTime().toString(Qt::ISODate));
+    return text;
 }
 
 QJsonObject Station::readDocument() const
@@ -118,8 +157,42 @@ QJsonObject Station::readDocument() const
     return document;
 }
 
-bool Station::save()
+Station::EnSaveResult Station::save(const QString& reason, QString& error,
+                                    const std::function<void(QJsonObject&)>& adjust, bool overwrite)
 {
-    QJsonObject root = readDocument();
-    return m_configuration->saveSettings(root);
+    const QString path = documentPath();
+    const SettingsDocument::Reading onDisk = SettingsDocument::read(path);
+    if (onDisk.state == SettingsDocument::CeUnusable) {
+        error = SettingsDocument::describe(onDisk, path) + QStringLiteral("; nothing was changed");
+        return CeUnusable;
+    }
+    if (!overwrite && onDisk.digest != m_knownDigest) {
+        error = QStringLiteral("%1 was changed by another program since it was loaded; nothing was changed").arg(path);
+        return CeConflict;
+    }
+
+    QJsonObject root = onDisk.object;
+    if (adjust)
+        adjust(root);
+    QJsonObject next = root;
+    m_configuration->completeDocument(next);
+    if (!history().record(onDisk.bytes, next, reason, &error)) {
+        error += QStringLiteral("; nothing was changed");
+        return CeHistoryFailed;
+    }
+    if (!m_configuration->saveSettings(root)) {
+        error = QStringLiteral("cannot write %1: %2").arg(path, m_configuration->lastSaveError());
+        return CeWriteFailed;
+    }
+    m_knownDigest = SettingsDocument::read(path).digest;
+    return CeSaved;
+}
+
+void Station::reload()
+{
+    m_configuration->reload();
+    m_configuration->loadUsers();
+    if (m_foldersLoaded)
+        m_configuration->loadDirectories();
+    m_knownDigest = m_configuration->loadedDocumentDigest();
 }

@@ -26,10 +26,11 @@ QString SettingsApp::directory() const
 
 bool SettingsApp::save()
 {
-    const bool success = m_station.configuration() && m_station.save();
+    QString error;
+    const bool success = m_station.configuration()
+        && m_station.save(QStringLiteral("station-settings save"), error) == Station::CeSaved;
     if (!success)
-        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("cannot save the settings document"),
-                          m_station.configuration() ? m_station.documentPath() : QString());
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("cannot save the settings document:"), error);
     emit saved(success);
     return success;
 }
