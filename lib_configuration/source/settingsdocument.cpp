@@ -111,10 +111,31 @@ bool flushToDisk(QFile& file, QString& error)
 
 bool rewrite(QFile& file, const QByteArray& bytes, QString& error)
 {
-    if (!file.resize(0) || !file.seek(0) || file.write(bytes) != bytes.size()) {
+    if (!file.resize(0) || !file.seek(0)) {
         error = file.errorString();
         return false;
     }
+#ifdef Q_OS_UNIX
+    // Written straight to the descriptor: a short write is retried until the system says why.
+    const char* data = bytes.constData();
+    qsizetype left = bytes.size();
+    while (left > 0) {
+        const ssize_t written = ::write(file.handle(), data, size_t(left));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0) {
+            error = written < 0 ? systemError() : QStringLiteral("nothing could be written");
+            return false;
+        }
+        data += written;
+        left -= written;
+    }
+#else
+    if (file.write(bytes) != bytes.size()) {
+        error = file.errorString();
+        return false;
+    }
+#endif
     return flushToDisk(file, error);
 }
 }
@@ -174,7 +195,9 @@ SettingsDocument::Reading SettingsDocument::parse(const QByteArray& bytes)
         return reading;
     }
     if (error.error != QJsonParseError::NoError) {
-        lineAndColumn(bytes, error.offset, reading.line, reading.column);
+        // Qt reports the offset just past the offending character, except for trailing garbage.
+        const qsizetype offset = error.error == QJsonParseError::GarbageAtEnd ? error.offset : error.offset - 1;
+        lineAndColumn(bytes, offset, reading.line, reading.column);
         reading.reason = QStringLiteral("not valid JSON (%1)").arg(error.errorString());
         return reading;
     }

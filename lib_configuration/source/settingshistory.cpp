@@ -123,6 +123,13 @@ bool SettingsHistory::record(const QByteArray& document, const QJsonObject& next
     }
     QFile::setPermissions(m_directoryPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 
+    // Leftovers of a write cut short (the writers hold the document's lock while recording).
+    static const QRegularExpression ownFile(QStringLiteral("^\\d{%1}\\.(json|meta)$").arg(C_sequenceDigits));
+    for (const QString& entry : QDir(m_directoryPath).entryList(QDir::Files | QDir::Hidden)) {
+        if (!ownFile.match(entry).hasMatch())
+            QFile::remove(m_directoryPath + QLatin1Char('/') + entry);
+    }
+
     const int sequence = files.isEmpty() ? 1 : QFileInfo(files.first()).baseName().toInt() + 1;
     const QString path = QStringLiteral("%1/%2.json").arg(m_directoryPath).arg(sequence, C_sequenceDigits, 10, QLatin1Char('0'));
     if (!writePrivate(path, document, error))
