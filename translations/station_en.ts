@@ -75,6 +75,10 @@
         <source>ERROR: Failure to find the alias folder: %1</source>
         <translation>ERROR: Failure to find the alias folder: %1</translation>
     </message>
+    <message id="Directories_ERROR__Folder_outside_its_storage____1_">
+        <source>ERROR: The folder %1 would lie outside its storage: its path may not contain &quot;..&quot; nor start at the root, and a network folder&apos;s name may not contain &quot;/&quot; or &quot;\&quot;</source>
+        <translation>ERROR: The folder %1 would lie outside its storage: its path may not contain &quot;..&quot; nor start at the root, and a network folder&apos;s name may not contain &quot;/&quot; or &quot;\&quot;</translation>
+    </message>
     <message id="Directories_FATAL_ERROR__Failure_to_access_to_internal_memory_folder____1_">
         <source>FATAL ERROR: Failure to access the internal memory folder: %1</source>
         <translation>FATAL ERROR: Failure to access the internal memory folder: %1</translation>
