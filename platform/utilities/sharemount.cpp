@@ -30,6 +30,12 @@ QString findSystemProgram(const QString& name)
     return inSbin.isEmpty() ? name : inSbin;
 }
 
+QString cifsMountProgram()
+{
+    const QString configured = PreConfiguration::getParameter(QStringLiteral("cifsMountProgramPath")).toString();
+    return configured.isEmpty() ? findSystemProgram(QStringLiteral("mount")) : configured;
+}
+
 } // namespace
 
 QString Target::uncPath(bool withPort) const
@@ -112,7 +118,7 @@ Command cifsMountCommand(const Target& target, const QString& mountPoint, const 
                          QStringLiteral("iocharset=utf8")};
     if (target.port != C_defaultPort)
         options << QStringLiteral("port=%1").arg(target.port);
-    command.program = findSystemProgram(QStringLiteral("mount"));
+    command.program = cifsMountProgram();
     command.arguments = QStringList {QStringLiteral("-t"), QStringLiteral("cifs"), target.uncPath(false),
                                      mountPoint, QStringLiteral("-o"), options.join(QLatin1Char(','))};
     return command;

@@ -39,6 +39,7 @@ struct Command
 QByteArray credentialsText(const QString& login, const QString& password, const QString& domain, QString* error);
 
 // mount -t cifs //host/share[/dir] MOUNTPOINT -o credentials=FILE,...
+// The program is the pre-configuration parameter "cifsMountProgramPath" when set, else mount.
 Command cifsMountCommand(const Target& target, const QString& mountPoint, const QString& credentialsFile,
                          const QString& login, const QString& password, const QString& domain);
 // HELPER //host[:port]/share[/dir] MOUNTPOINT, credentials on standard input.
