@@ -11,11 +11,13 @@ class QTcpSocket;
 // mount a bounded number of times, reports a permanent failure when the attempts are
 // spent, and watches the mount so that a share that went away is mounted again.
 // Back-end chosen by the pre-configuration parameter "shareMountBackend": "cifs" (default,
-// kernel client through mount -t cifs and a 0600 credentials file) or "fuse" (user-space
-// helper program on libsmbclient). The password never appears on a command line or in a
-// log line. The manager creates the mount point directory when it mounts; a failed attempt and
-// the destructor remove it again when it is empty, umountWindowsShare() keeps it (the folder
-// may rename it before mounting again).
+// kernel client through mount -t cifs, the password through a pipe named by PASSWD_FD, the
+// user name and domain in a 0600 file; pre-configuration parameter "cifsMountProgramPath"
+// replaces the mount program) or "fuse" (user-space helper program on libsmbclient, every
+// credential on its standard input). The password never appears in a file, on a command
+// line, in the environment or in a log line. The manager creates the mount point directory
+// when it mounts; a failed attempt and the destructor remove it again when it is empty,
+// umountWindowsShare() keeps it (the folder may rename it before mounting again).
 class WindowsShareManager : public QObject
 {
     Q_OBJECT

@@ -30,6 +30,28 @@ QString findSystemProgram(const QString& name)
     return inSbin.isEmpty() ? name : inSbin;
 }
 
+// "username=" and "domain=" lines; empty with `error` set when a value cannot be written as
+// one line or the login is missing. `password` is only checked.
+QByteArray accountText(const QString& login, const QString& password, const QString& domain, QString* error)
+{
+    for (const QString* value : {&login, &password, &domain}) {
+        if (value->contains(QLatin1Char('\n')) || value->contains(QLatin1Char('\r'))) {
+            if (error)
+                *error = QStringLiteral("a user name, domain or password contains a line break");
+            return QByteArray();
+        }
+    }
+    if (login.isEmpty()) {
+        if (error)
+            *error = QStringLiteral("no user name");
+        return QByteArray();
+    }
+    QByteArray text = "username=" + login.toUtf8() + '\n';
+    if (!domain.isEmpty())
+        text += "domain=" + domain.toUtf8() + '\n';
+    return text;
+}
+
 QString cifsMountProgram()
 {
     const QString configured = PreConfiguration::getParameter(QStringLiteral("cifsMountProgramPath")).toString();
@@ -88,31 +110,28 @@ Target parseTarget(const QString& serverAddress, const QString& sharePath)
 
 QByteArray credentialsText(const QString& login, const QString& password, const QString& domain, QString* error)
 {
-    for (const QString* value : {&login, &password, &domain}) {
-        if (value->contains(QLatin1Char('\n')) || value->contains(QLatin1Char('\r'))) {
-            if (error)
-                *error = QStringLiteral("a user name, domain or password contains a line break");
-            return QByteArray();
-        }
-    }
-    if (login.isEmpty()) {
-        if (error)
-            *error = QStringLiteral("no user name");
-        return QByteArray();
-    }
-    QByteArray text = "username=" + login.toUtf8() + "\npassword=" + password.toUtf8() + '\n';
-    if (!domain.isEmpty())
-        text += "domain=" + domain.toUtf8() + '\n';
-    return text;
+    const QByteArray account = accountText(login, password, domain, error);
+    if (account.isEmpty())
+        return account;
+    const int userLineEnd = account.indexOf('\n') + 1;
+    return account.left(userLineEnd) + "password=" + password.toUtf8() + '\n' + account.mid(userLineEnd);
 }
 
 Command cifsMountCommand(const Target& target, const QString& mountPoint, const QString& credentialsFile,
                          const QString& login, const QString& password, const QString& domain)
 {
     Command command;
-    command.credentials = credentialsText(login, password, domain, &command.error);
+    command.credentials = accountText(login, password, domain, &command.error);
     if (command.credentials.isEmpty())
         return command;
+    const QByteArray passwordBytes = password.toUtf8();
+    if (passwordBytes.size() > C_maxCifsPasswordBytes || passwordBytes.contains('\0')) {
+        command.credentials.clear();
+        command.error = QStringLiteral("the password is longer than %1 bytes or holds a null character")
+                            .arg(C_maxCifsPasswordBytes);
+        return command;
+    }
+    command.password = passwordBytes + '\n';
     QStringList options {QStringLiteral("credentials=") + credentialsFile,
                          QStringLiteral("uid=%1").arg(::geteuid()), QStringLiteral("gid=%1").arg(::getegid()),
                          QStringLiteral("iocharset=utf8")};

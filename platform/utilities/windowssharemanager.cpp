@@ -11,6 +11,10 @@
 #include <QTemporaryFile>
 #include <QTimer>
 
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 const char* const C_source = "platform/utilities/windowssharemanager";
 
@@ -23,6 +27,59 @@ const int C_unmountTimeoutMs = 10000;
 const int C_helperExitTimeoutMs = 3000;
 
 enum class EnState { Idle, Detecting, WaitingToProbe, Mounting, WaitingToMount, Mounted, Failed };
+
+// A process that inherits one more descriptor: the read end of the pipe holding the password.
+// The descriptor is close-on-exec in this process, so no other child ever gets it.
+class PasswordPipeProcess : public QProcess
+{
+public:
+    PasswordPipeProcess(int descriptor, QObject* parent)
+        : QProcess(parent)
+        , m_descriptor(descriptor)
+    {
+    }
+
+protected:
+    void setupChildProcess() override
+    {
+        // In the child, between fork and exec.
+        ::fcntl(m_descriptor, F_SETFD, 0);
+    }
+
+private:
+    int m_descriptor;
+};
+
+// A pipe already holding `bytes` (at most a few hundred, far below the pipe's capacity), its
+// write end closed; returns the read end (close-on-exec, above the standard descriptors) or -1.
+int pipeHolding(const QByteArray& bytes)
+{
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return -1;
+    int readEnd = ends[0];
+    if (readEnd <= STDERR_FILENO) {
+        // Only when a standard descriptor was closed: the child gets new standard descriptors.
+        readEnd = ::fcntl(ends[0], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        ::close(ends[0]);
+    }
+    qint64 written = 0;
+    while (readEnd >= 0 && written < bytes.size()) {
+        const ssize_t n = ::write(ends[1], bytes.constData() + written, size_t(bytes.size() - written));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        written += n;
+    }
+    ::close(ends[1]);
+    if (written != bytes.size()) {
+        if (readEnd >= 0)
+            ::close(readEnd);
+        return -1;
+    }
+    return readEnd;
+}
 
 // What a mount program wrote on stderr, on one line, or a description of how it ended.
 QString failureReason(QProcess* process)
@@ -191,6 +248,7 @@ void WindowsShareManager::Private::beginAttempt()
 
 void WindowsShareManager::Private::launchCifs(const ShareMount::Target& mountTarget)
 {
+    // The file holds the user name and domain only; the password goes through a pipe.
     credentialsFile = new QTemporaryFile(QDir::tempPath() + QStringLiteral("/station-share-XXXXXX"));
     // QTemporaryFile creates the file with mode 0600.
     if (!credentialsFile->open()) {
@@ -214,9 +272,21 @@ void WindowsShareManager::Private::launchCifs(const ShareMount::Target& mountTar
         attemptFailed(QStringLiteral("cannot write the credentials file"));
         return;
     }
-    process = new QProcess(q);
+    const int passwordDescriptor = pipeHolding(command.password);
+    if (passwordDescriptor < 0) {
+        dropCredentialsFile();
+        attemptFailed(QStringLiteral("cannot create a pipe for the password"));
+        return;
+    }
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // mount.cifs prefers these to PASSWD_FD: none may come from our own environment.
+    environment.remove(QStringLiteral("PASSWD"));
+    environment.remove(QStringLiteral("PASSWD_FILE"));
+    environment.insert(QStringLiteral("PASSWD_FD"), QString::number(passwordDescriptor));
+    process = new PasswordPipeProcess(passwordDescriptor, q);
     process->setProgram(command.program);
     process->setArguments(command.arguments);
+    process->setProcessEnvironment(environment);
     process->setStandardInputFile(QProcess::nullDevice());
     QObject::connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), q,
                      [this]() { processFinished(); });
@@ -228,6 +298,8 @@ void WindowsShareManager::Private::launchCifs(const ShareMount::Target& mountTar
                    mountTarget.uncPath(false) + QStringLiteral(" at ") + activeMountPoint);
     mountTimeout.start(C_mountTimeoutMs);
     process->start();
+    // The child holds its own copy once started (or failed to start): ours goes.
+    ::close(passwordDescriptor);
 }
 
 void WindowsShareManager::Private::launchFuse(const ShareMount::Target& mountTarget)

@@ -26,19 +26,28 @@ struct Target
 // taken when the share path is empty.
 Target parseTarget(const QString& serverAddress, const QString& sharePath);
 
+// mount.cifs holds passwords of up to 512 bytes: a longer one is refused, not cut.
+const int C_maxCifsPasswordBytes = 512;
+
 struct Command
 {
     QString program;
     QStringList arguments;
-    QByteArray credentials; // written to a 0600 file (cifs) or to the helper's standard input
-    QString error;          // why no command could be built
+    // cifs: "username=" and "domain=" lines for a 0600 file, never the password;
+    // fuse: every credential line, for the helper's standard input.
+    QByteArray credentials;
+    // cifs: the password and a line end, for the pipe that PASSWD_FD names; empty for fuse.
+    QByteArray password;
+    QString error; // why no command could be built
 };
 
 // "username=", "password=", "domain=" lines; empty with `error` set when a value cannot be
 // written as one line.
 QByteArray credentialsText(const QString& login, const QString& password, const QString& domain, QString* error);
 
-// mount -t cifs //host/share[/dir] MOUNTPOINT -o credentials=FILE,...
+// mount -t cifs //host/share[/dir] MOUNTPOINT -o credentials=FILE,... with the password in
+// `password`: the caller hands it over through a pipe whose descriptor number goes into the
+// environment variable PASSWD_FD, which mount.cifs reads, so that no file holds it.
 // The program is the pre-configuration parameter "cifsMountProgramPath" when set, else mount.
 Command cifsMountCommand(const Target& target, const QString& mountPoint, const QString& credentialsFile,
                          const QString& login, const QString& password, const QString& domain);

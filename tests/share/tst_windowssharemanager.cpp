@@ -44,16 +44,17 @@ private Q_SLOTS:
         QTEST(seen.arg(int(t.isValid())), "expected");
     }
 
-    void cifsCommandKeepsPasswordInTheCredentialsFile_data()
+    void cifsCommandKeepsPasswordOutOfTheCredentialsFile_data()
     {
         QTest::addColumn<QString>("password");
         QTest::addColumn<QString>("domain");
         QTest::newRow("plain password") << "Secret123" << "";
         QTest::newRow("password with option separators") << "a,b=c d" << "PLANT";
         QTest::newRow("password looking like a path") << "/mnt/x" << "";
-        QTest::newRow("line break refused: it would smuggle in another key") << "pw\nusername=root" << "";
+        QTest::newRow("line break refused: it would end the password early") << "pw\nusername=root" << "";
+        QTest::newRow("longer than mount.cifs holds: refused") << QString(513, QLatin1Char('p')) << "";
     }
-    void cifsCommandKeepsPasswordInTheCredentialsFile()
+    void cifsCommandKeepsPasswordOutOfTheCredentialsFile()
     {
         QFETCH(QString, password);
         QFETCH(QString, domain);
@@ -61,9 +62,9 @@ private Q_SLOTS:
         const ShareMount::Command command = ShareMount::cifsMountCommand(
             ShareMount::parseTarget(QStringLiteral("fileserver:1445"), QStringLiteral("data/sub")),
             QStringLiteral("/mnt/data"), credentials, QStringLiteral("operator"), password, domain);
-        if (password.contains('\n')) {
+        if (password.contains('\n') || password.size() > ShareMount::C_maxCifsPasswordBytes) {
             QVERIFY(command.program.isEmpty());
-            QVERIFY(command.credentials.isEmpty());
+            QVERIFY(command.credentials.isEmpty() && command.password.isEmpty());
             QVERIFY(!command.error.isEmpty());
             return;
         }
@@ -78,8 +79,9 @@ private Q_SLOTS:
         QVERIFY(options.contains(QStringLiteral("port=1445")));
         const QList<QByteArray> lines = command.credentials.split('\n');
         QVERIFY(lines.contains("username=operator"));
-        QVERIFY(lines.contains("password=" + password.toUtf8()));
         QCOMPARE(lines.contains("domain=" + domain.toUtf8()), !domain.isEmpty());
+        QVERIFY(!command.credentials.contains(password.toUtf8()));
+        QCOMPARE(command.password, password.toUtf8() + '\n');
     }
 
     void fuseCommandSendsPasswordOnStandardInput()
