@@ -7,6 +7,9 @@
 // Non-template base of the station's list models of shared QObject pointers. Rows expose
 // the object under the role name "object" (and "display"); `changed()` follows every
 // structural change, after the model's own begin/end notifications.
+// The model and every object it holds stay owned by C++ whichever way QML reaches them
+// (get(), a row's role, a property): QML's garbage collection never deletes them, since
+// the shared pointers that hold them do.
 class ObjectListModelBase : public QAbstractListModel
 {
     Q_OBJECT
@@ -21,13 +24,16 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     virtual int count() const = 0;
-    Q_INVOKABLE QObject* get(int index) const { return objectAt(index); }
+    // The object of row `index`, null outside the rows.
+    Q_INVOKABLE QObject* get(int index) const;
 
 signals:
     void changed();
 
 protected:
     virtual QObject* objectAt(int index) const = 0;
+    // Marks `object` (may be null) as owned by C++ for every QML engine.
+    static void keepOwnedByCpp(QObject* object);
 };
 
 template <typename T>
@@ -43,6 +49,7 @@ public:
 
     void append(const Pointer& item)
     {
+        keepOwnedByCpp(item.data());
         beginInsertRows(QModelIndex(), m_list.size(), m_list.size());
         m_list.append(item);
         endInsertRows();
@@ -60,6 +67,8 @@ public:
     }
     void reset(const QList<Pointer>& items = QList<Pointer>())
     {
+        for (const Pointer& item : items)
+            keepOwnedByCpp(item.data());
         beginResetModel();
         m_list = items;
         endResetModel();
