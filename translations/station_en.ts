@@ -175,9 +175,89 @@
         <source>Change</source>
         <translation>Change</translation>
     </message>
+    <message id="StationSettings_Close">
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message id="StationSettings_Conflict_overwrite">
+        <source>Overwrite</source>
+        <translation>Overwrite</translation>
+    </message>
+    <message id="StationSettings_Conflict_text">
+        <source>Another program changed the settings document since this program read it; nothing was saved. Reload its settings (the changes made here are lost), or overwrite them with the settings shown here?</source>
+        <translation>Another program changed the settings document since this program read it; nothing was saved. Reload its settings (the changes made here are lost), or overwrite them with the settings shown here?</translation>
+    </message>
+    <message id="StationSettings_Conflict_title">
+        <source>Changed by another program</source>
+        <translation>Changed by another program</translation>
+    </message>
     <message id="StationSettings_Delete">
         <source>Delete</source>
         <translation>Delete</translation>
+    </message>
+    <message id="StationSettings_Document_confirm_defaults">
+        <source>Move the damaged document aside and show the default settings? Nothing is written until you save.</source>
+        <translation>Move the damaged document aside and show the default settings? Nothing is written until you save.</translation>
+    </message>
+    <message id="StationSettings_Document_defaults_title">
+        <source>Start from defaults</source>
+        <translation>Start from defaults</translation>
+    </message>
+    <message id="StationSettings_Document_empty">
+        <source>The file is empty: it was most likely being written when the station stopped (a crash or a power cut).</source>
+        <translation>The file is empty: it was most likely being written when the station stopped (a crash or a power cut).</translation>
+    </message>
+    <message id="StationSettings_Document_file">
+        <source>File: %1</source>
+        <translation>File: %1</translation>
+    </message>
+    <message id="StationSettings_Document_move_aside">
+        <source>Move aside</source>
+        <translation>Move aside</translation>
+    </message>
+    <message id="StationSettings_Document_move_failed">
+        <source>The damaged document could not be moved aside: %1</source>
+        <translation>The damaged document could not be moved aside: %1</translation>
+    </message>
+    <message id="StationSettings_Document_moved_aside">
+        <source>The damaged document was moved to %1. The screens show default settings; Save writes a new document.</source>
+        <translation>The damaged document was moved to %1. The screens show default settings; Save writes a new document.</translation>
+    </message>
+    <message id="StationSettings_Document_reason">
+        <source>Problem: %1</source>
+        <translation>Problem: %1</translation>
+    </message>
+    <message id="StationSettings_Document_reason_at">
+        <source>Problem: %1, at line %2, column %3</source>
+        <translation>Problem: %1, at line %2, column %3</translation>
+    </message>
+    <message id="StationSettings_Document_restore_newest">
+        <source>Restore the newest version (marked): it is the document as it was before the last save.</source>
+        <translation>Restore the newest version (marked): it is the document as it was before the last save.</translation>
+    </message>
+    <message id="StationSettings_Document_start_from_defaults">
+        <source>Start from defaults...</source>
+        <translation>Start from defaults...</translation>
+    </message>
+    <message id="StationSettings_Document_torn">
+        <source>The file stops before the document is complete: it was most likely being written when the station stopped (a crash or a power cut).</source>
+        <translation>The file stops before the document is complete: it was most likely being written when the station stopped (a crash or a power cut).</translation>
+    </message>
+    <message id="StationSettings_Document_unchanged">
+        <source>Nothing was changed: the file stays as it is. The screens show default settings and Save is disabled until the document is restored or replaced.</source>
+        <translation>Nothing was changed: the file stays as it is. The screens show default settings and Save is disabled until the document is restored or replaced.</translation>
+    </message>
+    <message id="StationSettings_Document_unusable_title">
+        <source>The settings document cannot be used</source>
+        <translation>The settings document cannot be used</translation>
+    </message>
+    <message id="StationSettings_Document_way_defaults">
+        <source>Or start from the default settings: the damaged file is kept beside the document as %1.damaged-&lt;time&gt;, and the first save writes a new document.</source>
+        <translation>Or start from the default settings: the damaged file is kept beside the document as %1.damaged-&lt;time&gt;, and the first save writes a new document.</translation>
+    </message>
+    <message id="StationSettings_Document_way_restore">
+        <source>Restore a kept version</source>
+        <translation>Restore a kept version</translation>
     </message>
     <message id="StationSettings_Folders_address">
         <source>Server address</source>
@@ -331,6 +411,66 @@
         <source>Line: %1 - station directory: %2</source>
         <translation>Line: %1 - station directory: %2</translation>
     </message>
+    <message id="StationSettings_History">
+        <source>History</source>
+        <translation>History</translation>
+    </message>
+    <message id="StationSettings_History_changed_keys">
+        <source>It changed %1 key(s): %2</source>
+        <translation>It changed %1 key(s): %2</translation>
+    </message>
+    <message id="StationSettings_History_confirm_restore">
+        <source>Restore the version of %1? It is written over the settings document and read again; the document it replaces is kept (as a version, or beside it when damaged). Changes not saved here are lost.</source>
+        <translation>Restore the version of %1? It is written over the settings document and read again; the document it replaces is kept (as a version, or beside it when damaged). Changes not saved here are lost.</translation>
+    </message>
+    <message id="StationSettings_History_empty">
+        <source>No earlier version of the document is kept.</source>
+        <translation>No earlier version of the document is kept.</translation>
+    </message>
+    <message id="StationSettings_History_explanation">
+        <source>Before each save replaces the document, the document is kept here (newest first). Restoring a version writes it over the document and reads it again; the document it replaces is kept as a version too.</source>
+        <translation>Before each save replaces the document, the document is kept here (newest first). Restoring a version writes it over the document and reads it again; the document it replaces is kept as a version too.</translation>
+    </message>
+    <message id="StationSettings_History_no_keys">
+        <source>It changed no key (the same settings, written again)</source>
+        <translation>It changed no key (the same settings, written again)</translation>
+    </message>
+    <message id="StationSettings_History_no_reason">
+        <source>Replaced by a program that gave no reason</source>
+        <translation>Replaced by a program that gave no reason</translation>
+    </message>
+    <message id="StationSettings_History_replaced_by">
+        <source>Replaced by: %1</source>
+        <translation>Replaced by: %1</translation>
+    </message>
+    <message id="StationSettings_History_restore">
+        <source>Restore...</source>
+        <translation>Restore...</translation>
+    </message>
+    <message id="StationSettings_History_restore_accept">
+        <source>Restore</source>
+        <translation>Restore</translation>
+    </message>
+    <message id="StationSettings_History_restore_failed">
+        <source>The version could not be restored: %1</source>
+        <translation>The version could not be restored: %1</translation>
+    </message>
+    <message id="StationSettings_History_restore_title">
+        <source>Restore a version</source>
+        <translation>Restore a version</translation>
+    </message>
+    <message id="StationSettings_History_restored">
+        <source>The version of %1 was restored and read again.</source>
+        <translation>The version of %1 was restored and read again.</translation>
+    </message>
+    <message id="StationSettings_History_size">
+        <source>%1 bytes</source>
+        <translation>%1 bytes</translation>
+    </message>
+    <message id="StationSettings_History_title">
+        <source>Kept versions of the settings document</source>
+        <translation>Kept versions of the settings document</translation>
+    </message>
     <message id="StationSettings_Page_folders">
         <source>Folders</source>
         <translation>Folders</translation>
@@ -460,8 +600,8 @@
         <translation>Save</translation>
     </message>
     <message id="StationSettings_Save_failed">
-        <source>The settings could not be saved.</source>
-        <translation>The settings could not be saved.</translation>
+        <source>The settings could not be saved: %1</source>
+        <translation>The settings could not be saved: %1</translation>
     </message>
     <message id="StationSettings_Saved">
         <source>The settings were saved.</source>

@@ -40,17 +40,112 @@ ApplicationWindow {
     }
     Connections {
         target: station
-        function onSaved(success) {
+        function onSaved(success, error) {
             window.unsaved = !success
             //% "The settings were saved."
             window.showMessage(success ? qsTrId("StationSettings_Saved")
-                                         //% "The settings could not be saved."
-                                       : qsTrId("StationSettings_Save_failed"), !success)
+                                         //% "The settings could not be saved: %1"
+                                       : qsTrId("StationSettings_Save_failed").arg(error), !success)
         }
+        function onSigSaveConflict(message) { conflictDialog.open() }
         function onReloaded() {
             window.unsaved = false
             //% "The settings were read again from the station."
             window.showMessage(qsTrId("StationSettings_Reloaded"), false)
+        }
+        function onSigRestored(success, detail) {
+            if (success)
+                window.unsaved = false
+            //% "The version of %1 was restored and read again."
+            window.showMessage(success ? qsTrId("StationSettings_History_restored").arg(detail)
+                                         //% "The version could not be restored: %1"
+                                       : qsTrId("StationSettings_History_restore_failed").arg(detail), !success)
+        }
+        function onSigStartedFromDefaults(success, detail) {
+            // Read again either way; an unusable document has nothing to save.
+            window.unsaved = false
+            //% "The damaged document was moved to %1. The screens show default settings; Save writes a new document."
+            window.showMessage(success ? qsTrId("StationSettings_Document_moved_aside").arg(detail)
+                                         //% "The damaged document could not be moved aside: %1"
+                                       : qsTrId("StationSettings_Document_move_failed").arg(detail), !success)
+        }
+    }
+
+    // Asks before a kept version replaces the document.
+    function askRestore(number, timeText) {
+        restoreConfirm.number = number
+        //% "Restore the version of %1? It is written over the settings document and read again; the document it replaces is kept (as a version, or beside it when damaged). Changes not saved here are lost."
+        restoreConfirm.text = qsTrId("StationSettings_History_confirm_restore").arg(timeText)
+        restoreConfirm.open()
+    }
+
+    HistoryDialog {
+        id: historyDialog
+        onRestoreRequested: window.askRestore(number, timeText)
+    }
+    ConfirmDialog {
+        id: restoreConfirm
+        objectName: "restoreConfirm"
+        property int number: -1
+        //% "Restore a version"
+        title: qsTrId("StationSettings_History_restore_title")
+        //% "Restore"
+        acceptText: qsTrId("StationSettings_History_restore_accept")
+        onAccepted: {
+            historyDialog.close()
+            station.restoreVersion(number)
+        }
+    }
+    ConfirmDialog {
+        id: defaultsConfirm
+        objectName: "defaultsConfirm"
+        //% "Start from defaults"
+        title: qsTrId("StationSettings_Document_defaults_title")
+        //% "Move the damaged document aside and show the default settings? Nothing is written until you save."
+        text: qsTrId("StationSettings_Document_confirm_defaults")
+        //% "Move aside"
+        acceptText: qsTrId("StationSettings_Document_move_aside")
+        onAccepted: station.startFromDefaults()
+    }
+    Dialog {
+        id: conflictDialog
+        objectName: "conflictDialog"
+        modal: true
+        anchors.centerIn: Overlay.overlay
+        width: Math.min(parent.width - 80, 600)
+        padding: 16
+        //% "Changed by another program"
+        title: qsTrId("StationSettings_Conflict_title")
+        Label {
+            width: conflictDialog.availableWidth
+            wrapMode: Text.Wrap
+            //% "Another program changed the settings document since this program read it; nothing was saved. Reload its settings (the changes made here are lost), or overwrite them with the settings shown here?"
+            text: qsTrId("StationSettings_Conflict_text")
+        }
+        footer: RowLayout {
+            spacing: 8
+            Item { Layout.fillWidth: true }
+            Button {
+                objectName: "conflictCancelButton"
+                Layout.bottomMargin: 8
+                text: qsTrId("StationSettings_Cancel")
+                onClicked: conflictDialog.close()
+            }
+            Button {
+                objectName: "conflictReloadButton"
+                Layout.bottomMargin: 8
+                //% "Reload"
+                text: qsTrId("StationSettings_Reload")
+                onClicked: { conflictDialog.close(); station.reload() }
+            }
+            Button {
+                objectName: "conflictOverwriteButton"
+                Layout.bottomMargin: 8
+                Layout.rightMargin: 8
+                //% "Overwrite"
+                text: qsTrId("StationSettings_Conflict_overwrite")
+                onClicked: { conflictDialog.close(); station.overwrite() }
+            }
         }
     }
 
@@ -92,6 +187,12 @@ ApplicationWindow {
                 font.bold: true
             }
             Button {
+                objectName: "historyButton"
+                //% "History"
+                text: qsTrId("StationSettings_History")
+                onClicked: historyDialog.open()
+            }
+            Button {
                 objectName: "reloadButton"
                 //% "Reload"
                 text: qsTrId("StationSettings_Reload")
@@ -102,6 +203,8 @@ ApplicationWindow {
                 //% "Save"
                 text: qsTrId("StationSettings_Save")
                 highlighted: true
+                // Never over a document that could not be read.
+                enabled: zuConfig.documentUsable
                 onClicked: station.save()
             }
         }
@@ -122,6 +225,7 @@ ApplicationWindow {
             ListView {
                 id: pageList
                 objectName: "pageList"
+                enabled: zuConfig.documentUsable
                 anchors.fill: parent
                 anchors.topMargin: 8
                 currentIndex: 0
@@ -186,8 +290,17 @@ ApplicationWindow {
                 }
             }
 
+            DocumentProblemPanel {
+                visible: !zuConfig.documentUsable
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                onRestoreRequested: window.askRestore(number, timeText)
+                onStartFromDefaultsRequested: defaultsConfirm.open()
+            }
+
             StackLayout {
                 id: pages
+                visible: zuConfig.documentUsable
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 currentIndex: pageList.currentIndex
