@@ -1,7 +1,12 @@
 #include "settingsfixture.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
+#include <QQuickItem>
+#include <QScreen>
+#include <QSignalSpy>
 
 #include "d_zu_configuration.h"
 #include "settingsapp.h"
@@ -19,10 +24,20 @@ void SettingsFixture::pointSeamsAtStandIns() const
 
 SettingsFixture::~SettingsFixture() = default;
 
-bool SettingsFixture::start(QString& error)
+QString SettingsFixture::documentPath() const
+{
+    // As the demo station's pre-configuration names it.
+    return m_directory.filePath(QStringLiteral("config/settings.json"));
+}
+
+bool SettingsFixture::start(QString& error, const std::function<bool(const QString& documentPath)>& prepare)
 {
     if (!m_directory.isValid() || !Station::copyDirectory(QStringLiteral(STATION_DEMO_DIR), m_directory.path())) {
         error = QStringLiteral("cannot copy the demo station");
+        return false;
+    }
+    if (prepare && !prepare(documentPath())) {
+        error = QStringLiteral("cannot prepare the settings document");
         return false;
     }
     pointSeamsAtStandIns();
@@ -55,7 +70,21 @@ QQuickWindow* SettingsFixture::window() const
 QObject* SettingsFixture::item(const QString& objectName) const
 {
     QQuickWindow* root = window();
-    return root ? root->findChild<QObject*>(objectName) : nullptr;
+    if (!root)
+        return nullptr;
+    if (QObject* found = root->findChild<QObject*>(objectName))
+        return found;
+    // Delegates of views are items of the scene, not children of the objects that declare them.
+    std::function<QQuickItem*(QQuickItem*)> search = [&](QQuickItem* item) -> QQuickItem* {
+        if (item->objectName() == objectName)
+            return item;
+        for (QQuickItem* child : item->childItems()) {
+            if (QQuickItem* found = search(child))
+                return found;
+        }
+        return nullptr;
+    };
+    return search(root->contentItem());
 }
 
 bool SettingsFixture::click(const QString& objectName) const
@@ -64,4 +93,46 @@ bool SettingsFixture::click(const QString& objectName) const
     if (!button || !button->property("enabled").toBool())
         return false;
     return QMetaObject::invokeMethod(button, "clicked");
+}
+
+bool SettingsFixture::saveScreenshot(const QString& name, QImage* image) const
+{
+    QQuickWindow* root = window();
+    if (!root || !QDir().mkpath(QStringLiteral(STATION_SCREENSHOT_DIR)))
+        return false;
+    QSignalSpy frame(root, &QQuickWindow::frameSwapped);
+    root->update();
+    if (!frame.wait(10000))
+        return false;
+    // The offscreen platform's backing store cannot hand its image to grabWindow(); its screen
+    // grab reads the same pixels.
+    QImage grabbed = root->grabWindow();
+    if (grabbed.isNull())
+        grabbed = root->screen()->grabWindow(root->winId()).toImage();
+    if (image)
+        *image = grabbed;
+    return !grabbed.isNull() && grabbed.save(QStringLiteral(STATION_SCREENSHOT_DIR "/%1.png").arg(name));
+}
+
+QVariant SettingsFixture::property(const QString& objectName, const char* name) const
+{
+    QObject* found = item(objectName);
+    return found ? found->property(name) : QVariant();
+}
+
+QString SettingsFixture::text(const QString& objectName) const
+{
+    return property(objectName, "text").toString();
+}
+
+bool SettingsFixture::isShown(const QString& objectName) const
+{
+    auto* found = qobject_cast<QQuickItem*>(item(objectName));
+    return found && found->isVisible();
+}
+
+QByteArray SettingsFixture::digest(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256) : QByteArray();
 }

@@ -1,9 +1,11 @@
 #pragma once
+#include <QImage>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 class GuiEngine;
@@ -18,15 +20,26 @@ public:
     SettingsFixture();
     ~SettingsFixture();
 
-    bool start(QString& error);
+    // `prepare` may change the copy's settings document (at documentPath()) before the station opens.
+    bool start(QString& error, const std::function<bool(const QString& documentPath)>& prepare = {});
 
     QQuickWindow* window() const;
     QObject* item(const QString& objectName) const;
     SettingsApp* app() const { return m_app.get(); }
     Station* station() const { return m_station.get(); }
     QString directory() const { return m_directory.path(); }
+    // The demo station's settings document in the copy.
+    QString documentPath() const;
+    // Draws a fresh frame and saves the window's image as <screenshots>/<name>.png.
+    bool saveScreenshot(const QString& name, QImage* image = nullptr) const;
     // Emits a button's clicked() as a press would.
     bool click(const QString& objectName) const;
+    // A named item's property (invalid when there is no such item), its "text" and whether it is shown (itself and its ancestors visible).
+    QVariant property(const QString& objectName, const char* name) const;
+    QString text(const QString& objectName) const;
+    bool isShown(const QString& objectName) const;
+    // SHA-256 of a file's bytes; empty when it cannot be read.
+    static QByteArray digest(const QString& path);
 
 private:
     void pointSeamsAtStandIns() const;

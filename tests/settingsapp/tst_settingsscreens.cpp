@@ -92,17 +92,8 @@ void TestSettingsScreens::page()
     };
     QTRY_VERIFY_WITH_TIMEOUT((texts.clear(), walk(page), texts.contains(expectedText)), 10000);
 
-    // A fresh frame of this page, then the window's image. The offscreen platform's backing
-    // store cannot hand its image to grabWindow(); its screen grab reads the same pixels.
-    QSignalSpy frame(window, &QQuickWindow::frameSwapped);
-    window->update();
-    QVERIFY(frame.wait(10000));
-    QImage image = window->grabWindow();
-    if (image.isNull())
-        image = window->screen()->grabWindow(window->winId()).toImage();
-    QVERIFY(!image.isNull());
-    const QString file = QStringLiteral(STATION_SCREENSHOT_DIR "/%1.png").arg(key);
-    QVERIFY(image.save(file));
+    QImage image;
+    QVERIFY(m_fixture.saveScreenshot(key, &image));
 
     // Not blank: many colours, and a fair share of pixels apart from the background.
     QHash<QRgb, int> histogram;
