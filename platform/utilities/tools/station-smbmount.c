@@ -567,9 +567,11 @@ int main(int argc, char* argv[])
              fuseOptions ? fuseOptions : "");
     char* fuseArgv[] = {argv[0], "-o", options, NULL};
     struct fuse_args args = FUSE_ARGS_INIT(3, fuseArgv);
+    /* fuse_new() replaces the list by one it allocates: freed on every way out. */
     struct fuse* fuse = fuse_new(&args, &c_operations, sizeof(c_operations), NULL);
     if (!fuse) {
         fprintf(stderr, "station-smbmount: invalid mount options %s\n", options);
+        fuse_opt_free_args(&args);
         smbc_free_context(context, 1);
         wipe();
         return ExitUsage;
@@ -577,6 +579,7 @@ int main(int argc, char* argv[])
     if (fuse_mount(fuse, mountPoint) != 0) {
         fprintf(stderr, "station-smbmount: cannot mount at %s\n", mountPoint);
         fuse_destroy(fuse);
+        fuse_opt_free_args(&args);
         smbc_free_context(context, 1);
         wipe();
         return ExitMountFailed;
@@ -590,6 +593,7 @@ int main(int argc, char* argv[])
     fuse_remove_signal_handlers(fuse_get_session(fuse));
     fuse_unmount(fuse);
     fuse_destroy(fuse);
+    fuse_opt_free_args(&args);
     smbc_free_context(context, 1);
     wipe();
     return result == 0 ? 0 : ExitOther;
