@@ -97,21 +97,24 @@ private Q_SLOTS:
         QTest::addColumn<bool>("success");
         QTest::addColumn<QString>("message"); // pattern
         QTest::addColumn<int>("leftover"); // test directory left on the mount root: 1 empty, 2 with a file
+        QTest::addColumn<bool>("afterSuccess"); // a successful test ran first on the same registry
         const QString failed = "^Directories_Connection_failed: Unable to mount " + C_testFolder + " \\(.+\\)$";
         QTest::newRow("good share: a stale probe file is written over, read back and deleted, nothing left mounted")
-            << "server" << "right" << false << true << "^Directories_Connection_successful$" << 0;
+            << "server" << "right" << false << true << "^Directories_Connection_successful$" << 0 << false;
         QTest::newRow("empty leftover test directory is removed without a word")
-            << "server" << "right" << false << true << "^Directories_Connection_successful$" << 1;
+            << "server" << "right" << false << true << "^Directories_Connection_successful$" << 1 << false;
         QTest::newRow("non-empty leftover is logged and the test goes on")
-            << "server" << "right" << false << true << "^Directories_Connection_successful$" << 2;
+            << "server" << "right" << false << true << "^Directories_Connection_successful$" << 2 << false;
         QTest::newRow("wrong password: the folder's message with the manager's reason")
-            << "server" << "wrong" << false << false << failed << 0;
+            << "server" << "wrong" << false << false << failed << 0 << false;
         QTest::newRow("silent server: timeout, not before the 10 s limit")
-            << "closed" << "right" << false << false << "^Directories_Connection_timeout$" << 0;
+            << "closed" << "right" << false << false << "^Directories_Connection_timeout$" << 0 << false;
         QTest::newRow("address the manager refuses inside start(): still one result")
-            << "" << "right" << false << false << failed << 0;
+            << "" << "right" << false << false << failed << 0 << false;
         QTest::newRow("read-only share: cannot write, with the file's error text")
-            << "server" << "right" << true << false << "^Directories_Cannot_write_to_share: .+$" << 0;
+            << "server" << "right" << true << false << "^Directories_Cannot_write_to_share: .+$" << 0 << false;
+        QTest::newRow("wrong password after a successful test: the earlier success is not reported again")
+            << "server" << "wrong" << false << false << failed << 0 << true;
     }
     void outcome()
     {
@@ -121,6 +124,13 @@ private Q_SLOTS:
         QFETCH(bool, success);
         QFETCH(QString, message);
         QFETCH(int, leftover);
+        QFETCH(bool, afterSuccess);
+        if (afterSuccess) {
+            QSignalSpy first(m_directories.get(), &Directories::testConnectionResult);
+            start(m_server.address(), m_server.password(), m_server.shareName());
+            QTRY_COMPARE_WITH_TIMEOUT(first.count(), 1, 30000);
+            QCOMPARE(first.at(0), (QList<QVariant> {true, QString("Directories_Connection_successful")}));
+        }
         const QString leftoverDir = m_dir->filePath("mnt/" + C_testFolder);
         QVERIFY(leftover == 0 || QDir().mkpath(leftoverDir));
         QVERIFY(leftover < 2 || QFile(leftoverDir + "/forgotten.txt").open(QIODevice::WriteOnly));
