@@ -95,38 +95,48 @@ private Q_SLOTS:
         QTest::addColumn<QList<Entry>>("entries");
         QTest::addColumn<QStringList>("extracted");
         QTest::addColumn<int>("logLines");
+        QTest::addColumn<QString>("planted"); // a directory link to @OUT@ made in the destination beforehand
         const QStringList usual{ "good.txt", "sub/after.txt" };
         // "@OUT@" stands for a directory beside the destination. The archive also holds
         // "good.txt" before and "sub/after.txt" after these entries.
-        QTest::newRow("parent reference") << QList<Entry>{ { Entry::File, "../evil.txt", "x" } } << usual << 1;
+        QTest::newRow("parent reference")
+            << QList<Entry>{ { Entry::File, "../evil.txt", "x" } } << usual << 1 << QString();
         QTest::newRow("parent reference inside a sub-directory")
-            << QList<Entry>{ { Entry::File, "sub/../../evil.txt", "x" } } << usual << 1;
+            << QList<Entry>{ { Entry::File, "sub/../../evil.txt", "x" } } << usual << 1 << QString();
         QTest::newRow("parent reference that stays inside is still refused")
-            << QList<Entry>{ { Entry::File, "sub/../inside.txt", "x" } } << usual << 1;
-        QTest::newRow("absolute path") << QList<Entry>{ { Entry::File, "@OUT@/abs.txt", "x" } } << usual << 1;
-        QTest::newRow("drive letter") << QList<Entry>{ { Entry::File, "C:/evil.txt", "x" } } << usual << 1;
-        QTest::newRow("backslash separators") << QList<Entry>{ { Entry::File, "..\\evil.txt", "x" } } << usual << 1;
+            << QList<Entry>{ { Entry::File, "sub/../inside.txt", "x" } } << usual << 1 << QString();
+        QTest::newRow("absolute path")
+            << QList<Entry>{ { Entry::File, "@OUT@/abs.txt", "x" } } << usual << 1 << QString();
+        QTest::newRow("drive letter") << QList<Entry>{ { Entry::File, "C:/evil.txt", "x" } } << usual << 1 << QString();
+        QTest::newRow("backslash separators")
+            << QList<Entry>{ { Entry::File, "..\\evil.txt", "x" } } << usual << 1 << QString();
         QTest::newRow("link to a file outside")
-            << QList<Entry>{ { Entry::Link, "passwd", "@OUT@/target.txt" } } << usual << 1;
-        QTest::newRow("relative link climbing out") << QList<Entry>{ { Entry::Link, "up", "../../outside" } } << usual << 1;
+            << QList<Entry>{ { Entry::Link, "passwd", "@OUT@/target.txt" } } << usual << 1 << QString();
+        QTest::newRow("relative link climbing out")
+            << QList<Entry>{ { Entry::Link, "up", "../../outside" } } << usual << 1 << QString();
         QTest::newRow("file below a link: the whole archive is unreadable")
             << QList<Entry>{ { Entry::Link, "link", "@OUT@" }, { Entry::File, "l1nk/through.txt", "x" } }
-            << QStringList() << 1;
+            << QStringList() << 1 << QString();
         // The reader keeps the directory and drops the later link of the same name.
         QTest::newRow("link over a directory already holding a file: the file stays inside")
             << QList<Entry>{ { Entry::File, "l1nk/through.txt", "x" }, { Entry::Link, "link", "@OUT@" } }
-            << QStringList({ "good.txt", "link/through.txt", "sub/after.txt" }) << 0;
+            << QStringList({ "good.txt", "link/through.txt", "sub/after.txt" }) << 0 << QString();
+        QTest::newRow("files through a directory link already in the destination are refused")
+            << QList<Entry>{ { Entry::File, "link/through.txt", "x" }, { Entry::File, "link/target.txt", "x" } }
+            << usual << 2 << "link";
     }
     void refusesEntriesOutsideDestination()
     {
         QFETCH(QList<Entry>, entries);
         QFETCH(QStringList, extracted);
         QFETCH(int, logLines);
+        QFETCH(QString, planted);
         QTemporaryDir work;
         const QString outside = work.filePath("outside");
         const QString dest = work.filePath("deep/dest");
         QVERIFY(QDir().mkpath(dest));
         QVERIFY(writeBytes(outside + "/target.txt", "keep"));
+        QVERIFY(planted.isEmpty() || QFile::link(outside, dest + "/" + planted));
 
         QList<Entry> all{ { Entry::File, "good.txt", "good" } };
         for (Entry entry : entries) {
@@ -142,7 +152,11 @@ private Q_SLOTS:
         LogCapture log;
         QCOMPARE(sorted(Zip::Unzip(archive.toUtf8(), dest.toUtf8(), QByteArray())), extracted);
 
-        QCOMPARE(treeOf(dest), extracted);
+        QStringList inDestination = extracted;
+        if (!planted.isEmpty())
+            inDestination << planted;
+        inDestination.sort();
+        QCOMPARE(treeOf(dest), inDestination);
         // Nothing appeared anywhere else, and nothing outside was changed.
         QStringList expectedTree = before;
         for (const QString& name : extracted)
@@ -150,6 +164,8 @@ private Q_SLOTS:
         expectedTree.sort();
         QCOMPARE(treeOf(work.path()), expectedTree);
         QCOMPARE(readBytes(outside + "/target.txt"), QByteArray("keep"));
+        QCOMPARE(QDir(outside).entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList { "target.txt" });
         QCOMPARE(log.count("platform/utilities/zip"), logLines);
     }
 
