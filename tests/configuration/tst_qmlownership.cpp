@@ -17,56 +17,39 @@ const char* const C_client = R"(
 import QtQuick 2.15
 
 Item {
-    id: client
-    // Every function returns text read from the objects and keeps no reference to them.
-    function folderByGet() {
-        var names = []
-        for (var i = 0; i < directories.folders.count; ++i)
-            names.push(directories.folders.get(i).aliasName)
-        return names.join(",")
+    // Each function reaches the objects of one model its own way, returns what it read and
+    // keeps no reference to them.
+    function model(name) {
+        return name === "folders" ? directories.folders
+             : name === "relations" ? zuConfig.sequenceIoRelations : directories.subDirectories
     }
-    function selectedFolder() {
-        var names = []
+    function byGet(name, property) {
+        var values = []
+        for (var i = 0; i < model(name).count; ++i)
+            values.push(model(name).get(i)[property])
+        return values.join(",")
+    }
+    function byRole(name, property) {
+        rows.model = model(name)
+        var values = []
+        for (var i = 0; i < rows.count; ++i)
+            values.push(rows.itemAt(i).row[property])
+        rows.model = undefined
+        return values.join(",")
+    }
+    function selected(name, property) {
+        var values = []
         for (var i = 0; i < directories.folders.count; ++i) {
             directories.selectFolder(i)
-            names.push(directories.selectedFolder.aliasName)
+            values.push(directories.selectedFolder[property])
         }
         directories.selectFolder(-1)
-        return names.join(",")
+        return values.join(",")
     }
-    function relationByGet() {
-        var names = []
-        for (var i = 0; i < zuConfig.sequenceIoRelations.count; ++i)
-            names.push(zuConfig.sequenceIoRelations.get(i).sequenceBaseName)
-        return names.join(",")
+    function addedThenByGet(name, property) {
+        return zuConfig.addSequenceIoRelation(9, "Added") ? byGet(name, property) : "not added"
     }
-    function addedRelationByGet() {
-        var relations = zuConfig.sequenceIoRelations
-        if (!zuConfig.addSequenceIoRelation(9, "Added"))
-            return "not added"
-        return relations.get(relations.count - 1).sequenceBaseName
-    }
-    function entryByGet() {
-        var names = []
-        for (var i = 0; i < directories.subDirectories.count; ++i)
-            names.push(directories.subDirectories.get(i).name)
-        return names.join(",")
-    }
-    function rowsOf(model, property) {
-        rows.model = model
-        var names = []
-        for (var i = 0; i < rows.count; ++i)
-            names.push(rows.itemAt(i).row[property])
-        rows.model = undefined
-        return names.join(",")
-    }
-    function folderByRole() { return rowsOf(directories.folders, "aliasName") }
-    function relationByRole() { return rowsOf(zuConfig.sequenceIoRelations, "sequenceBaseName") }
-    function entryByRole() { return rowsOf(directories.subDirectories, "name") }
-    function models() {
-        return [directories.folders.count, zuConfig.sequenceIoRelations.count,
-                directories.subDirectories.count].join(",")
-    }
+    function count(name, property) { return model(name).count }
 
     Repeater {
         id: rows
@@ -75,29 +58,23 @@ Item {
 }
 )";
 
-// Names as C++ reads them now, in the form the client functions return.
-QString folderNames(Directories* directories)
+// The objects of a model, read from its list (which leaves their ownership alone).
+template <typename T>
+QObjectList objects(const ObjectListModel<T>* model)
 {
-    QStringList names;
-    for (const auto& folder : directories->folders()->list())
-        names << folder->aliasName();
-    return names.join(QLatin1Char(','));
+    QObjectList result;
+    for (const auto& object : model->list())
+        result << object.data();
+    return result;
 }
 
-QString relationNames(DZuConfiguration* config)
+// The property of every object, as the client functions return it.
+QString values(const QObjectList& objects, const char* property)
 {
-    QStringList names;
-    for (const auto& relation : config->sequenceIoRelations()->list())
-        names << relation->sequenceBaseName();
-    return names.join(QLatin1Char(','));
-}
-
-QString entryNames(Directories* directories)
-{
-    QStringList names;
-    for (const auto& entry : directories->subDirectories()->list())
-        names << entry->name();
-    return names.join(QLatin1Char(','));
+    QStringList values;
+    for (const QObject* object : objects)
+        values << object->property(property).toString();
+    return values.join(QLatin1Char(','));
 }
 
 } // namespace
@@ -116,6 +93,9 @@ private Q_SLOTS:
 private:
     // Guards on every object of the three models, the models and the folder list's owner.
     QList<QPointer<QObject>> guards() const;
+    QObjectList folders() const { return objects(m_config->directories()->folders()); }
+    QObjectList relations() const { return objects(m_config->sequenceIoRelations()); }
+    QObjectList entries() const { return objects(m_config->directories()->subDirectories()); }
 
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<GuiEngine> m_guiEngine;
@@ -151,58 +131,52 @@ QList<QPointer<QObject>> TestQmlOwnership::guards() const
     Directories* directories = m_config->directories();
     QList<QPointer<QObject>> result {directories, directories->folders(), directories->subDirectories(),
                                      m_config->sequenceIoRelations()};
-    for (const auto& folder : directories->folders()->list())
-        result << folder.data();
-    for (const auto& relation : m_config->sequenceIoRelations()->list())
-        result << relation.data();
-    for (const auto& entry : directories->subDirectories()->list())
-        result << entry.data();
+    for (const QObjectList& list : {folders(), relations(), entries()}) {
+        for (QObject* object : list)
+            result << object;
+    }
     return result;
 }
 
 void TestQmlOwnership::objectsOutliveTheCollection_data()
 {
     QTest::addColumn<QString>("function");
-    QTest::newRow("folder: folders.get(i)") << "folderByGet";
-    QTest::newRow("folder: selectedFolder property") << "selectedFolder";
-    QTest::newRow("folder: model role in a delegate") << "folderByRole";
-    QTest::newRow("loaded relation: sequenceIoRelations.get(i)") << "relationByGet";
-    QTest::newRow("relation added at run time: get(i)") << "addedRelationByGet";
-    QTest::newRow("relation: model role in a delegate") << "relationByRole";
-    QTest::newRow("directory entry: subDirectories.get(i)") << "entryByGet";
-    QTest::newRow("directory entry: model role in a delegate") << "entryByRole";
-    QTest::newRow("models: properties") << "models";
+    QTest::addColumn<QString>("model");
+    QTest::addColumn<QString>("property");
+    QTest::newRow("folder: get(i)") << "byGet" << "folders" << "aliasName";
+    QTest::newRow("folder: selectedFolder property") << "selected" << "folders" << "aliasName";
+    QTest::newRow("folder: role in a delegate") << "byRole" << "folders" << "aliasName";
+    QTest::newRow("loaded relation: get(i)") << "byGet" << "relations" << "sequenceBaseName";
+    QTest::newRow("relation added at run time: get(i)") << "addedThenByGet" << "relations" << "sequenceBaseName";
+    QTest::newRow("relation: role in a delegate") << "byRole" << "relations" << "sequenceBaseName";
+    QTest::newRow("directory entry: get(i)") << "byGet" << "entries" << "name";
+    QTest::newRow("directory entry: role in a delegate") << "byRole" << "entries" << "name";
+    QTest::newRow("model: property of its owner") << "count" << "relations" << "";
 }
 
 void TestQmlOwnership::objectsOutliveTheCollection()
 {
     QFETCH(QString, function);
+    QFETCH(QString, model);
+    QFETCH(QString, property);
     Directories* directories = m_config->directories();
-    QVERIFY(directories->folders()->count() >= 8);
-    QCOMPARE(relationNames(m_config.get()), QStringLiteral("Alpha,Beta"));
-    QCOMPARE(entryNames(directories).split(QLatin1Char(',')).filter(QStringLiteral("Line ")).size(), 2);
+    const auto reached = [&]() {
+        return model == QLatin1String("folders") ? folders() : model == QLatin1String("relations") ? relations()
+                                                                                                  : entries();
+    };
+    QVERIFY(folders().size() >= 8);
+    QCOMPARE(values(relations(), "sequenceBaseName"), QStringLiteral("Alpha,Beta"));
+    QVERIFY(values(entries(), "name").contains(QLatin1String("Line 2")));
 
     QQmlComponent component(m_engine.get());
     component.setData(C_client, QUrl::fromLocalFile(QDir::current().filePath(QStringLiteral("OwnershipClient.qml"))));
     std::unique_ptr<QObject> client(component.create());
     QVERIFY2(client, qPrintable(component.errorString()));
     QVariant returned;
-    QVERIFY(QMetaObject::invokeMethod(client.get(), qPrintable(function), Q_RETURN_ARG(QVariant, returned)));
-    QString expected;
-    if (function.startsWith(QLatin1String("folder")) || function == QLatin1String("selectedFolder"))
-        expected = folderNames(directories);
-    else if (function == QLatin1String("addedRelationByGet"))
-        expected = QStringLiteral("Added");
-    else if (function.startsWith(QLatin1String("relation")))
-        expected = relationNames(m_config.get());
-    else if (function.startsWith(QLatin1String("entry")))
-        expected = entryNames(directories);
-    else
-        expected = QStringLiteral("%1,%2,%3")
-                       .arg(directories->folders()->count())
-                       .arg(m_config->sequenceIoRelations()->count())
-                       .arg(directories->subDirectories()->count());
-    QCOMPARE(returned.toString(), expected);
+    QVERIFY(QMetaObject::invokeMethod(client.get(), qPrintable(function), Q_RETURN_ARG(QVariant, returned),
+                                      Q_ARG(QVariant, model), Q_ARG(QVariant, property)));
+    QCOMPARE(returned.toString(), property.isEmpty() ? QString::number(reached().size())
+                                                     : values(reached(), qPrintable(property)));
 
     // What QML held is now garbage: collect it and run the deletions it queued.
     const QList<QPointer<QObject>> held = guards();
@@ -219,15 +193,15 @@ void TestQmlOwnership::objectsOutliveTheCollection()
     }
 
     // C++ uses every object again, then changes and empties the models.
-    QVERIFY(!folderNames(directories).isEmpty());
-    QVERIFY(relationNames(m_config.get()).startsWith(QLatin1String("Alpha,Beta")));
-    QVERIFY(entryNames(directories).contains(QLatin1String("Line 2")));
+    QVERIFY(!values(folders(), "aliasName").isEmpty());
+    QVERIFY(values(relations(), "sequenceBaseName").startsWith(QLatin1String("Alpha,Beta")));
     m_config->editSequenceIoRelation(0, 1, QStringLiteral("Renamed"));
-    m_config->removeSequenceIoRelation(m_config->sequenceIoRelations()->count() - 1);
+    m_config->removeSequenceIoRelation(relations().size() - 1);
+    QVERIFY(values(relations(), "sequenceBaseName").startsWith(QLatin1String("Renamed")));
     directories->setCurrentRelativePath(QStringLiteral("internal"), QStringLiteral("Line 1"));
-    QCOMPARE(entryNames(directories), QStringLiteral("Station A"));
+    QCOMPARE(values(entries(), "name"), QStringLiteral("Station A"));
     directories->reload();
-    QVERIFY(directories->folders()->count() >= 8);
+    QVERIFY(folders().size() >= 8);
 }
 
 QTEST_MAIN(TestQmlOwnership)
