@@ -1,6 +1,7 @@
 #include "commands.h"
 
-#include <QCommandLineParser>
+#include "arguments.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -15,6 +16,7 @@
 
 #include "d_zu_configuration.h"
 #include "directories.h"
+#include "folder.h"
 #include "settingsdocument.h"
 #include "station.h"
 #include "sync/dsyncmanager.h"
@@ -33,6 +35,10 @@ QTextStream& err()
 }
 
 namespace {
+// sync --now: how long shares may take to mount, and the pass to finish.
+constexpr int C_shareWaitMs = 15000;
+constexpr int C_passWaitMs = 600000;
+
 QString valueText(const QJsonValue& value)
 {
     switch (value.type()) {
@@ -202,7 +208,7 @@ int cmdSync(CommandContext& context)
         return 1;
     }
 
-    if (context.parser.isSet(QStringLiteral("reset"))) {
+    if (context.options.isSet(QStringLiteral("reset"))) {
         int outcome = -1;
         QObject::connect(directories, &Directories::syncDatabaseResetDone, [&outcome](bool ok) { outcome = ok ? 1 : 0; });
         directories->resetSyncDatabase();
@@ -214,17 +220,31 @@ int cmdSync(CommandContext& context)
         return outcome == 1 ? 0 : 1;
     }
 
-    if (context.parser.isSet(QStringLiteral("now"))) {
+    bool timedOut = false;
+    if (context.options.isSet(QStringLiteral("now"))) {
         // Mirrors to a share only run once the share is mounted.
         QSet<QString> failedPermanently;
-        waitForNetworkFolders(directories, failedPermanently, 15000);
+        const bool sharesSettled = waitForNetworkFolders(directories, failedPermanently, C_shareWaitMs);
         bool sawBusy = false;
         QObject::connect(manager, &DSyncManager::idleChanged, [&sawBusy](bool idle) { if (!idle) sawBusy = true; });
         manager->requestSync();
         waitUntil([&] { return sawBusy || !manager->isIdle(); }, 2000);
-        if (!waitUntil([manager] { return manager->isIdle(); }, 600000)) {
-            err() << "station-config: the pass did not finish\n";
-            return 1;
+        if (!waitUntil([manager] { return manager->isIdle(); }, C_passWaitMs)) {
+            err() << "station-config: timed out after " << C_passWaitMs / 1000 << " s waiting for the sync pass to finish\n";
+            return CeExitTimedOut;
+        }
+        if (!sharesSettled || !failedPermanently.isEmpty()) {
+            QStringList unreachable;
+            for (const auto& folder : directories->folders()->list()) {
+                if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
+                    && !directories->networkStorage().value(folder->aliasName()))
+                    unreachable << folder->aliasName();
+            }
+            if (!unreachable.isEmpty()) {
+                err() << "station-config: " << unreachable.join(QStringLiteral(", ")) << " not reachable after "
+                      << C_shareWaitMs / 1000 << " s; mirrors to it were not run\n";
+                timedOut = !sharesSettled;
+            }
         }
     }
 
@@ -244,7 +264,7 @@ int cmdSync(CommandContext& context)
         { "mirrors", mirrors },
     };
     printReport(report, context.json);
-    return 0;
+    return timedOut ? CeExitTimedOut : CeExitSuccess;
 }
 
 int cmdTimezones(CommandContext& context)
@@ -298,10 +318,6 @@ int cmdStorage(CommandContext& context)
 
 int cmdApplyUpdate(CommandContext& context)
 {
-    if (context.arguments.size() != 1) {
-        err() << "usage: station-config apply-update ZIP\n";
-        return 2;
-    }
     const QString package = QFileInfo(context.arguments.first()).absoluteFilePath();
     if (!QFileInfo(package).isFile()) {
         err() << "station-config: no such file " << package << "\n";
@@ -355,10 +371,6 @@ int cmdApplyUpdate(CommandContext& context)
 
 int cmdTestShare(CommandContext& context)
 {
-    if (context.arguments.size() != 2) {
-        err() << "usage: station-config test-share ADDRESS SHARE-PATH --user U [--domain D] < password\n";
-        return 2;
-    }
     QTextStream input(stdin);
     const QString password = input.readLine();
 
@@ -371,8 +383,8 @@ int cmdTestShare(CommandContext& context)
         success = ok;
         message = text;
     });
-    directories->testFolderConnection(context.arguments.at(0), context.parser.value(QStringLiteral("domain")),
-                                      context.parser.value(QStringLiteral("user")), password, context.arguments.at(1));
+    directories->testFolderConnection(context.arguments.at(0), context.options.value(QStringLiteral("domain")),
+                                      context.options.value(QStringLiteral("user")), password, context.arguments.at(1));
     if (!waitUntil([&finished] { return finished; }, 30000)) {
         err() << "station-config: the test did not report\n";
         return 1;

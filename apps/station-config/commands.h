@@ -5,14 +5,23 @@
 
 #include <functional>
 
-class QCommandLineParser;
+class Arguments;
 class Station;
+
+// Exit codes of every command.
+enum EnExitCode {
+    CeExitSuccess = 0,
+    CeExitFailed = 1,     // the operation failed
+    CeExitUsage = 2,      // unknown option, malformed value, wrong arguments
+    CeExitUnusable = 3,   // the settings document cannot serve; nothing was changed
+    CeExitTimedOut = 4,   // a wait ran out of time
+};
 
 // One sub-command of station-config. Returns the process exit code.
 struct CommandContext {
     Station& station;
     QStringList arguments;        // positional arguments after the command name
-    const QCommandLineParser& parser;
+    const Arguments& options;
     bool json = false;
 };
 

@@ -1,6 +1,7 @@
 #include "commands.h"
 
-#include <QCommandLineParser>
+#include "arguments.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
@@ -26,10 +27,11 @@ int cmdFolders(CommandContext& context)
                              });
     }
 
-    const int waitSeconds = context.parser.value(QStringLiteral("wait")).toInt();
+    const int waitSeconds = context.options.value(QStringLiteral("wait")).toInt();
     QSet<QString> failedPermanently;
+    bool timedOut = false;
     if (waitSeconds > 0)
-        waitForNetworkFolders(directories, failedPermanently, waitSeconds * 1000);
+        timedOut = !waitForNetworkFolders(directories, failedPermanently, waitSeconds * 1000);
 
     QJsonArray rows;
     for (const auto& folder : directories->folders()->list()) {
@@ -55,9 +57,24 @@ int cmdFolders(CommandContext& context)
         rows.append(row);
     }
 
+    // Exit 4 with one line naming the shares still unsettled when the wait ran out.
+    const auto finish = [&]() {
+        if (!timedOut)
+            return int(CeExitSuccess);
+        QStringList pending;
+        for (const auto& folder : directories->folders()->list()) {
+            if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
+                && !directories->networkStorage().value(folder->aliasName())
+                && !failedPermanently.contains(folder->aliasName()))
+                pending << folder->aliasName();
+        }
+        err() << "station-config: timed out after " << waitSeconds << " s waiting for "
+              << pending.join(QStringLiteral(", ")) << "\n";
+        return int(CeExitTimedOut);
+    };
     if (context.json) {
         out() << QJsonDocument(rows).toJson(QJsonDocument::Indented);
-        return 0;
+        return finish();
     }
     const QString format = QStringLiteral("%1  %2  %3  %4  %5  %6  %7\n");
     out() << format.arg(QStringLiteral("ID"), -38).arg(QStringLiteral("TYPE"), -8).arg(QStringLiteral("ALIAS"), -16)
@@ -76,5 +93,6 @@ int cmdFolders(CommandContext& context)
                      .arg(row.value("enabled").toBool() ? QStringLiteral("yes") : QStringLiteral("no"), -7)
                      .arg(available);
     }
-    return 0;
+    out().flush();
+    return finish();
 }

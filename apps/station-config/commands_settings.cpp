@@ -1,5 +1,7 @@
 #include "commands.h"
 
+#include "arguments.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMap>
@@ -96,10 +98,6 @@ constexpr int C_conflictRetries = 5;
 
 int cmdGet(CommandContext& context)
 {
-    if (context.arguments.size() != 1) {
-        err() << "usage: station-config get KEY\n";
-        return 2;
-    }
     bool found = false;
     const QJsonValue value = JsonTools::getValue(context.station.readDocument(), context.arguments.first(), &found);
     if (!found) {
@@ -117,10 +115,6 @@ int cmdGet(CommandContext& context)
 
 int cmdSet(CommandContext& context)
 {
-    if (context.arguments.size() != 2) {
-        err() << "usage: station-config set KEY VALUE\n";
-        return 2;
-    }
     const QString key = context.arguments.at(0);
     const QJsonValue value = parseValue(context.arguments.at(1));
     if (key.startsWith(QLatin1String("_hidden_"))) {
@@ -153,6 +147,6 @@ int cmdSet(CommandContext& context)
         err() << "station-config: " << error << "\n";
         return result == Station::CeUnusable ? 3 : 1;
     }
-    CommandContext readBack { context.station, { key }, context.parser, context.json };
+    CommandContext readBack { context.station, { key }, context.options, context.json };
     return cmdGet(readBack);
 }

@@ -1,5 +1,4 @@
 // station-config: the station's configuration from the command line.
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QMap>
@@ -7,6 +6,7 @@
 
 #include <functional>
 
+#include "arguments.h"
 #include "commands.h"
 #include "station.h"
 
@@ -16,43 +16,69 @@ namespace {
 enum EnDocumentUse { CeIgnores, CeReads, CeWrites };
 
 struct Command {
-    const char* usage;
-    const char* description;
+    CommandSpec spec;
     bool loadsFolders;
     EnDocumentUse document;
     std::function<int(CommandContext&)> run;
 };
 
-constexpr int C_exitUnusableDocument = 3;
-
-const QMap<QString, Command>& commands()
+const QList<Command>& commands()
 {
-    static const QMap<QString, Command> table {
-        { "status", { "status", "settings loaded from the station's document", false, CeReads, cmdStatus } },
-        { "folders", { "folders [--wait SECONDS]", "every storage folder with its live availability", true, CeReads, cmdFolders } },
-        { "get", { "get KEY", "a value of the document by dotted path (general.sound_volume)", true, CeReads, cmdGet } },
-        { "set", { "set KEY VALUE", "changes a setting (JSON-typed value) and saves the document", true, CeWrites, cmdSet } },
-        { "paths", { "paths", "local and secured path of every role", true, CeReads, cmdPaths } },
-        { "sync", { "sync [--now | --reset]", "registered mirrors and sync state; run a pass or reset", true, CeReads, cmdSync } },
-        { "test-share", { "test-share ADDRESS SHARE-PATH --user U [--domain D]",
-                          "tests a network share (password read from standard input)", false, CeIgnores, cmdTestShare } },
-        { "apply-update", { "apply-update ZIP", "applies a configuration update package as start-up does", false, CeWrites, cmdApplyUpdate } },
-        { "timezones", { "timezones [REGION]", "time-zone regions, or the cities of one", false, CeIgnores, cmdTimezones } },
-        { "templates", { "templates", "report templates, newest version first", true, CeReads, cmdTemplates } },
-        { "storage", { "storage", "total and available bytes of the internal storage", false, CeIgnores, cmdStorage } },
-        { "history", { "history", "kept versions of the settings document, newest (0) first", false, CeIgnores, cmdHistory } },
-        { "diff", { "diff [N]", "key by key, what differs between version N (default 0) and the document", false, CeIgnores, cmdDiff } },
-        { "rollback", { "rollback N", "restores version N of the document (the current one is kept as a version)", false, CeIgnores, cmdRollback } },
+    static const QList<Command> table {
+        { { "status", "status", "settings loaded from the station's document", 0, 0 }, false, CeReads, cmdStatus },
+        { { "folders", "folders [--wait SECONDS]", "every storage folder with its live availability", 0, 0 }, true, CeReads, cmdFolders },
+        { { "get", "get KEY", "a value of the document by dotted path (general.sound_volume)", 1, 1 }, true, CeReads, cmdGet },
+        { { "set", "set KEY VALUE", "changes a setting and saves the document", 2, 2 }, true, CeWrites, cmdSet },
+        { { "paths", "paths", "local and secured path of every role", 0, 0 }, true, CeReads, cmdPaths },
+        { { "sync", "sync [--now | --reset]", "registered mirrors and sync state; run a pass or reset", 0, 0 }, true, CeReads, cmdSync },
+        { { "test-share", "test-share ADDRESS SHARE-PATH --user U [--domain D]",
+            "tests a network share (password read from standard input)", 2, 2 }, false, CeIgnores, cmdTestShare },
+        { { "apply-update", "apply-update ZIP", "applies a configuration update package as start-up does", 1, 1 }, false, CeWrites, cmdApplyUpdate },
+        { { "timezones", "timezones [REGION]", "time-zone regions, or the cities of one", 0, 1 }, false, CeIgnores, cmdTimezones },
+        { { "templates", "templates", "report templates, newest version first", 0, 0 }, true, CeReads, cmdTemplates },
+        { { "storage", "storage", "total and available bytes of the internal storage", 0, 0 }, false, CeIgnores, cmdStorage },
+        { { "history", "history", "kept versions of the settings document, newest (0) first", 0, 0 }, false, CeIgnores, cmdHistory },
+        { { "diff", "diff [N]", "key by key, what differs between version N (default 0) and the document", 0, 1 }, false, CeIgnores, cmdDiff },
+        { { "rollback", "rollback N", "restores version N of the document (the current one is kept as a version)", 1, 1 }, false, CeIgnores, cmdRollback },
     };
     return table;
 }
 
-QString commandHelp()
+QList<OptionSpec> optionSpecs()
 {
-    QString text = QStringLiteral("Commands:\n");
-    for (auto it = commands().cbegin(); it != commands().cend(); ++it)
-        text += QStringLiteral("  %1\n      %2\n").arg(QLatin1String(it->usage), QLatin1String(it->description));
-    return text;
+    return {
+        { "station", "DIR", "Station directory (holding preconfiguration.json).", {} },
+        { "json", "", "Print JSON for scripts.", {} },
+        { "verbose", "", "Also print the library's log lines on standard error.", {} },
+        { "wait", "SECONDS", "wait up to this long for network folders to settle.", { "folders" } },
+        { "now", "", "run a pass now and wait until it is done.", { "sync" } },
+        { "reset", "", "reset the sync database and print the outcome.", { "sync" } },
+        { "user", "USER", "login.", { "test-share" } },
+        { "domain", "DOMAIN", "domain.", { "test-share" } },
+    };
+}
+
+int usageError(const QString& message)
+{
+    err() << "station-config: " << message << "\nTry 'station-config --help'.\n";
+    return CeExitUsage;
+}
+
+// Option values checked before the station is opened.
+bool checkValues(const Arguments& arguments, QString& error)
+{
+    int seconds = 0;
+    if (arguments.isSet(QStringLiteral("wait")) && !arguments.intValue(QStringLiteral("wait"), 0, seconds, error))
+        return false;
+    if (arguments.isSet(QStringLiteral("now")) && arguments.isSet(QStringLiteral("reset"))) {
+        error = QStringLiteral("'--now' and '--reset' exclude each other");
+        return false;
+    }
+    if (arguments.command() == QLatin1String("test-share") && arguments.value(QStringLiteral("user")).isEmpty()) {
+        error = QStringLiteral("test-share needs '--user USER'");
+        return false;
+    }
+    return true;
 }
 }
 
@@ -66,56 +92,54 @@ int main(int argc, char* argv[])
         || catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_INSTALLED_CATALOGUE_DIR)))
         QCoreApplication::installTranslator(&catalogue);
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Shows and changes an assembly station's configuration.\n\n") + commandHelp());
-    parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("One of the commands below."));
-    parser.addOptions({
-        { QStringLiteral("station"), QStringLiteral("Station directory (holding preconfiguration.json); default: a copy of the demo station."), QStringLiteral("dir") },
-        { QStringLiteral("json"), QStringLiteral("Print JSON for scripts.") },
-        { QStringLiteral("verbose"), QStringLiteral("Also print the library's debug lines (errors are always printed).") },
-        { QStringLiteral("wait"), QStringLiteral("folders: wait up to this long for network folders to settle."), QStringLiteral("seconds") },
-        { QStringLiteral("now"), QStringLiteral("sync: run a pass now and wait until it is done.") },
-        { QStringLiteral("reset"), QStringLiteral("sync: reset the sync database and print the outcome.") },
-        { QStringLiteral("user"), QStringLiteral("test-share: login."), QStringLiteral("user") },
-        { QStringLiteral("domain"), QStringLiteral("test-share: domain."), QStringLiteral("domain") },
-    });
-    parser.process(app);
+    QList<CommandSpec> specs;
+    for (const Command& command : commands())
+        specs << command.spec;
+    Arguments arguments(optionSpecs(), specs);
+    QString error;
+    const QStringList argumentList = QCoreApplication::arguments().mid(1);
+    if (!arguments.parse(argumentList, error)) {
+        if (argumentList.isEmpty()) {
+            err() << arguments.helpText(QString());
+            return CeExitUsage;
+        }
+        return usageError(error);
+    }
+    if (arguments.helpRequested()) {
+        out() << arguments.helpText(QString());
+        return CeExitSuccess;
+    }
+    if (!checkValues(arguments, error))
+        return usageError(error);
 
-    if (!parser.isSet(QStringLiteral("verbose")))
+    if (!arguments.isSet(QStringLiteral("verbose")))
         QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
 
-    QStringList positional = parser.positionalArguments();
-    if (positional.isEmpty()) {
-        err() << parser.helpText();
-        return 2;
-    }
-    const QString name = positional.takeFirst();
-    const auto command = commands().constFind(name);
-    if (command == commands().cend()) {
-        err() << "Unknown command: " << name << "\n\n" << commandHelp();
-        return 2;
+    const QString name = arguments.command();
+    const Command* command = nullptr;
+    for (const Command& candidate : commands()) {
+        if (candidate.spec.name == name)
+            command = &candidate;
     }
 
-    QString error;
-    const QString directory = Station::resolveDirectory(parser.value(QStringLiteral("station")), error);
+    const QString directory = Station::resolveDirectory(arguments.value(QStringLiteral("station")), error);
     if (directory.isEmpty()) {
         err() << "station-config: " << error << "\n";
-        return 1;
+        return CeExitFailed;
     }
     Station station(directory);
     const bool writes = command->document == CeWrites || name == QLatin1String("rollback");
     // apply-update must place its package before the library starts.
     if (name != QLatin1String("apply-update") && !station.open(command->loadsFolders, error, writes)) {
         err() << "station-config: " << error << "\n";
-        return 1;
+        return CeExitFailed;
     }
     if (command->document != CeIgnores && name != QLatin1String("apply-update") && !station.isDocumentUsable()) {
         err() << "station-config: " << station.unusableMessage() << "\n";
-        return C_exitUnusableDocument;
+        return CeExitUnusable;
     }
 
-    CommandContext context { station, positional, parser, parser.isSet(QStringLiteral("json")) };
+    CommandContext context { station, arguments.positional(), arguments, arguments.isSet(QStringLiteral("json")) };
     const int code = command->run(context);
     out().flush();
     return code;
