@@ -19,6 +19,7 @@
 #include "folder.h"
 #include "settingsdocument.h"
 #include "station.h"
+#include "toollog.h"
 #include "sync/dsyncmanager.h"
 #include "utilities/preconfiguration.h"
 
@@ -132,6 +133,7 @@ int cmdStatus(CommandContext& context)
     const QJsonObject report {
         { "station", context.station.directory() },
         { "document", context.station.documentPath() },
+        { "log", ToolLog::path() },
         { "general", QJsonObject {
             { "system_name", config->systemName() },
             { "workplace_name", config->workplaceName() },

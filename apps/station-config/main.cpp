@@ -9,6 +9,7 @@
 #include "arguments.h"
 #include "commands.h"
 #include "station.h"
+#include "toollog.h"
 
 namespace {
 // What a command does with the settings document: commands that read or write it refuse an
@@ -49,7 +50,7 @@ QList<OptionSpec> optionSpecs()
     return {
         { "station", "DIR", "Station directory (holding preconfiguration.json).", {} },
         { "json", "", "Print JSON for scripts.", {} },
-        { "verbose", "", "Also print the library's log lines on standard error.", {} },
+        { "verbose", "", "Print the library's log lines on standard error too.", {} },
         { "wait", "SECONDS", "wait up to this long for network folders to settle.", { "folders" } },
         { "now", "", "run a pass now and wait until it is done.", { "sync" } },
         { "reset", "", "reset the sync database and print the outcome.", { "sync" } },
@@ -100,19 +101,21 @@ int main(int argc, char* argv[])
     const QStringList argumentList = QCoreApplication::arguments().mid(1);
     if (!arguments.parse(argumentList, error)) {
         if (argumentList.isEmpty()) {
-            err() << arguments.helpText(QString());
+            err() << arguments.helpText(ToolLog::path());
             return CeExitUsage;
         }
         return usageError(error);
     }
     if (arguments.helpRequested()) {
-        out() << arguments.helpText(QString());
+        out() << arguments.helpText(ToolLog::path());
         return CeExitSuccess;
     }
     if (!checkValues(arguments, error))
         return usageError(error);
 
-    if (!arguments.isSet(QStringLiteral("verbose")))
+    const bool verbose = arguments.isSet(QStringLiteral("verbose"));
+    ToolLog::install(verbose);
+    if (!verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
 
     const QString name = arguments.command();

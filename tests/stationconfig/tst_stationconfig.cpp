@@ -147,7 +147,15 @@ private slots:
 
         // A wait that runs out: exit 4 and one line naming what did not settle (no server on the demo share).
         QTest::newRow("folders: wait times out") << QStringList{"folders", "--wait", "1"} << 4 << "Plant_Share .* no \\("
-                                                 << "station-config: timed out after 1 s waiting for Plant_Share\n$" << "";
+                                                 << "^station-config: timed out after 1 s waiting for Plant_Share\n$" << "";
+
+        // Quiet by default: the library's log lines go to the tool's log file, to stderr with --verbose.
+        const QString logFile = "/state/station-config/station-config.log";
+        QTest::newRow("quiet: help names the log file") << QStringList{"--help"} << 0 << "\nLog file: [^\n]*" + logFile << "" << "";
+        QTest::newRow("quiet: status names the log file") << QStringList{"status"} << 0 << "\nlog +[^\n]*" + logFile + "\n" << "" << "";
+        QTest::newRow("quiet: folders") << QStringList{"folders"} << 0 << "Plant_Share" << "" << "";
+        QTest::newRow("quiet: verbose folders") << QStringList{"folders", "--verbose"} << 0 << "Plant_Share"
+                                                << "ERROR: Failure to access the alias folder: Plant_Share" << "";
 
         // History commands follow the same conventions.
         QTest::newRow("history: extra argument") << QStringList{"history", "1"} << 2 << "" << "does not take the argument '1'" << "";
@@ -156,6 +164,21 @@ private slots:
         QTest::newRow("rollback: not a number") << QStringList{"rollback", "x"} << 2 << "" << "not a version number: x" << "";
         QTest::newRow("rollback: not kept") << QStringList{"rollback", "99"} << 1 << "" << "^station-config: no version is kept in .*settings.json.history\n$" << "";
         QTest::newRow("diff: two versions") << QStringList{"diff", "0", "1"} << 2 << "" << "does not take the argument '1'" << "";
+    }
+
+    // What the library logs lands in the tool's log file, one line per message with the command.
+    void logFileKeepsLibraryLines()
+    {
+        const QString path = m_dir.path() + "/state/station-config/station-config.log";
+        QFile::remove(path);
+        const Run result = run({"folders"});
+        QCOMPARE(result.code, 0);
+        QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
+        QFile log(path);
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(log.readAll());
+        QVERIFY2(text.contains(QRegularExpression("\\[\\d+\\] --station \\S+ folders critical: .*Failure to access the alias folder: Plant_Share")),
+                 qPrintable(text));
     }
 
     void command()
