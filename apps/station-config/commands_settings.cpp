@@ -1,12 +1,15 @@
+// get, set, unset, keys and list: the settings document key by key.
 #include "commands.h"
-
-#include "arguments.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMap>
 
+#include <functional>
+
+#include "arguments.h"
 #include "d_zu_configuration.h"
+#include "settingkeys.h"
 #include "station.h"
 #include "utilities/jsontools.h"
 #include "utilities/keyboardmanagement.h"
@@ -45,37 +48,35 @@ const QMap<QString, const char*>& propertyOfKey()
     return table;
 }
 
-// VALUE is read as JSON when it parses (numbers, booleans, arrays, quoted strings), else as text.
-QJsonValue parseValue(const QString& text)
+// Removes the value at a dotted path; false when there is none.
+bool removeAt(QJsonObject& object, const QStringList& path, int index = 0)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(QStringLiteral("[%1]").arg(text).toUtf8());
-    if (document.isArray() && document.array().size() == 1)
-        return document.array().first();
-    return QJsonValue(text);
+    const QString& part = path.at(index);
+    if (!object.contains(part))
+        return false;
+    if (index == path.size() - 1) {
+        object.remove(part);
+        return true;
+    }
+    QJsonObject child = object.value(part).toObject();
+    if (!removeAt(child, path, index + 1))
+        return false;
+    object.insert(part, child);
+    return true;
 }
 
-// Keys without a setter: the value goes into the in-memory document, which the service applies again.
-void setThroughDocument(Station& station, const QString& key, const QJsonValue& value)
-{
-    JsonTools::addValue(station.configuration()->settings(), key, value);
-    station.configuration()->loadSettings();
-}
-
-// Applies the new value to the service; false when the service refuses it.
-bool apply(Station& station, const QString& key, const QJsonValue& value)
+// Applies a checked value to the service. `city` goes with a region ("Europe/Paris").
+bool apply(Station& station, const QString& key, const QJsonValue& value, const QString& city = QString())
 {
     DZuConfiguration* config = station.configuration();
     if (const char* property = propertyOfKey().value(key, nullptr))
         return config->setProperty(property, value.toVariant());
     if (key == QLatin1String("regionalSettings.region")) {
-        config->setRegion(value.toString(), config->currentCity());
+        config->setRegion(value.toString(), city.isEmpty() ? config->currentCity() : city);
     } else if (key == QLatin1String("regionalSettings.city")) {
         config->setRegion(config->currentRegion(), value.toString());
     } else if (key == QLatin1String("regionalSettings.language")) {
-        const QString name = LanguagesManagement::instance()->languageTable().key(value.toString());
-        if (name.isEmpty())
-            return false;
-        config->setCurrentLanguage(name);
+        return LanguagesManagement::instance()->setCurrentLanguageCode(value.toString());
     } else if (key == QLatin1String("regionalSettings.keyboard_input")) {
         return KeyboardManagement::instance()->setCurrentKeyboardLayoutCode(value.toString(), true);
     } else if (key == QLatin1String("regionalSettings.hourFormat")) {
@@ -87,13 +88,119 @@ bool apply(Station& station, const QString& key, const QJsonValue& value)
     } else if (key == QLatin1String("templates.report_footer")) {
         config->saveTemplateParameters(config->companyAddress(), value.toString());
     } else {
-        setThroughDocument(station, key, value);
+        // Keys without a setter: the value goes into the in-memory document, which the service reads again.
+        JsonTools::addValue(config->settings(), key, value);
+        config->loadSettings();
     }
     return true;
 }
 
+// Takes the key out of the in-memory document: the service falls back to its default.
+void applyUnset(Station& station, const QString& key)
+{
+    DZuConfiguration* config = station.configuration();
+    removeAt(*config->settings(), key.split(QLatin1Char('.')));
+    config->loadSettings();
+}
+
+QString compact(const QJsonValue& value)
+{
+    if (value.isString())
+        return value.toString();
+    if (value.isUndefined())
+        return QStringLiteral("(absent)");
+    return QString::fromUtf8(QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+}
+
+// Why KEY cannot be set; the keys under it when it names a section.
+QString notSettable(const QList<SettingKey>& keys, const QString& key)
+{
+    QStringList under;
+    for (const SettingKey& description : keys) {
+        if (description.key.startsWith(key + QLatin1Char('.')))
+            under << description.key.mid(key.size() + 1);
+    }
+    if (!under.isEmpty())
+        return QStringLiteral("%1 is a section, not a value; its keys: %2; see `station-config keys %1`")
+            .arg(key, under.join(QStringLiteral(", ")));
+    return QStringLiteral("%1 is not a key that can be set; see `station-config keys`").arg(key);
+}
+
+// The value to store for KEY from TEXT; the city too for "Region/City". Exit code and reason.
+int checkValue(DZuConfiguration* config, const QList<SettingKey>& keys, const QString& key, const QString& text,
+               QJsonValue& value, QString& city, QString& reason)
+{
+    const SettingKey* description = SettingKeys::find(keys, key);
+    if (!description) {
+        reason = notSettable(keys, key);
+        return CeExitFailed;
+    }
+    const bool regionWithCity = key == QLatin1String("regionalSettings.region") && text.contains(QLatin1Char('/'));
+    const QString given = regionWithCity ? text.section(QLatin1Char('/'), 0, 0) : text;
+    if (!description->convert(given, value, reason)) {
+        reason = QStringLiteral("%1: %2; see `station-config keys %1`").arg(key, reason);
+        return CeExitFailed;
+    }
+    if (key == QLatin1String("regionalSettings.region")) {
+        const QStringList cities = SettingKeys::citiesOf(config, value.toString());
+        city = regionWithCity ? text.section(QLatin1Char('/'), 1) : config->currentCity();
+        if (!cities.contains(city)) {
+            reason = regionWithCity
+                ? QStringLiteral("%1: '%2' is not a city of region %3; see `station-config timezones %3`")
+                      .arg(key, city, value.toString())
+                : QStringLiteral("%1: the current city %2 is not in region %3; give both, e.g. `set %1 %3/%4`")
+                      .arg(key, city, value.toString(), cities.value(0));
+            return CeExitFailed;
+        }
+    }
+    return CeExitSuccess;
+}
+
 // A writer that found the file changed since it loaded it reloads and applies its change again.
 constexpr int C_conflictRetries = 5;
+
+// Applies `change` and saves, again after a reload when another program saved in between.
+int applyAndSave(Station& station, const QString& reason, const std::function<bool()>& change,
+                 const std::function<void(QJsonObject&)>& intoFile)
+{
+    for (int attempt = 0;; ++attempt) {
+        if (!change()) {
+            err() << "station-config: the configuration service refused the value\n";
+            return CeExitFailed;
+        }
+        QString error;
+        const Station::EnSaveResult result = station.save(reason, error, intoFile);
+        if (result == Station::CeSaved)
+            return CeExitSuccess;
+        if (result == Station::CeConflict && attempt < C_conflictRetries) {
+            station.reload();
+            if (!station.isDocumentUsable()) {
+                err() << "station-config: " << station.unusableMessage() << "\n";
+                return CeExitUnusable;
+            }
+            continue;
+        }
+        err() << "station-config: " << error << "\n";
+        return result == Station::CeUnusable ? CeExitUnusable : CeExitFailed;
+    }
+}
+
+// Every leaf of the document as "dotted.key" -> value; array elements by index.
+void flatten(const QJsonValue& value, const QString& prefix, QList<QPair<QString, QJsonValue>>& rows)
+{
+    if (value.isObject()) {
+        const QJsonObject object = value.toObject();
+        for (auto it = object.begin(); it != object.end(); ++it)
+            flatten(it.value(), prefix.isEmpty() ? it.key() : prefix + QLatin1Char('.') + it.key(), rows);
+    } else if (value.isArray() && !value.toArray().isEmpty()
+               && (value.toArray().first().isObject() || value.toArray().first().isArray())) {
+        const QJsonArray array = value.toArray();
+        for (int i = 0; i < array.size(); ++i)
+            flatten(array.at(i), prefix + QLatin1Char('.') + QString::number(i), rows);
+    } else {
+        rows.append({ prefix, value });
+    }
+}
 }
 
 int cmdGet(CommandContext& context)
@@ -102,7 +209,7 @@ int cmdGet(CommandContext& context)
     const QJsonValue value = JsonTools::getValue(context.station.readDocument(), context.arguments.first(), &found);
     if (!found) {
         err() << "station-config: no value at " << context.arguments.first() << "\n";
-        return 1;
+        return CeExitFailed;
     }
     if (value.isObject() || value.isArray())
         out() << QJsonDocument::fromVariant(value.toVariant()).toJson(QJsonDocument::Indented);
@@ -110,43 +217,136 @@ int cmdGet(CommandContext& context)
         out() << value.toString() << "\n";
     else
         out() << QString::fromUtf8(QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact)).mid(1).chopped(1) << "\n";
-    return 0;
+    return CeExitSuccess;
 }
 
 int cmdSet(CommandContext& context)
 {
     const QString key = context.arguments.at(0);
-    const QJsonValue value = parseValue(context.arguments.at(1));
-    if (key.startsWith(QLatin1String("_hidden_"))) {
-        err() << "station-config: " << key << " lives in memory only\n";
-        return 1;
-    }
     Station& station = context.station;
-
+    const QList<SettingKey> keys = SettingKeys::describe(station.configuration());
+    QJsonValue value;
+    QString city;
+    QString reason;
+    if (const int code = checkValue(station.configuration(), keys, key, context.arguments.at(1), value, city, reason)) {
+        err() << "station-config: " << reason << "\n";
+        return code;
+    }
     // Sections the service writes are rebuilt over this; other keys keep the new value.
     const auto intoFile = [&](QJsonObject& root) {
         JsonTools::addValue(QSharedPointer<QJsonObject>(&root, [](QJsonObject*) {}), key, value);
     };
-    for (int attempt = 0;; ++attempt) {
-        if (!apply(station, key, value)) {
-            err() << "station-config: cannot set " << key << "\n";
-            return 1;
-        }
-        QString error;
-        const Station::EnSaveResult result = station.save(QStringLiteral("set ") + key, error, intoFile);
-        if (result == Station::CeSaved)
-            break;
-        if (result == Station::CeConflict && attempt < C_conflictRetries) {
-            station.reload();
-            if (!station.isDocumentUsable()) {
-                err() << "station-config: " << station.unusableMessage() << "\n";
-                return 3;
-            }
-            continue;
-        }
-        err() << "station-config: " << error << "\n";
-        return result == Station::CeUnusable ? 3 : 1;
-    }
+    const int code = applyAndSave(station, QStringLiteral("set ") + key,
+                                  [&] { return apply(station, key, value, city); }, intoFile);
+    if (code != CeExitSuccess)
+        return code;
     CommandContext readBack { context.station, { key }, context.options, context.json };
     return cmdGet(readBack);
+}
+
+int cmdUnset(CommandContext& context)
+{
+    const QString key = context.arguments.at(0);
+    Station& station = context.station;
+    const QList<SettingKey> keys = SettingKeys::describe(station.configuration());
+    if (!SettingKeys::find(keys, key)) {
+        err() << "station-config: " << notSettable(keys, key) << "\n";
+        return CeExitFailed;
+    }
+    const auto intoFile = [&](QJsonObject& root) { removeAt(root, key.split(QLatin1Char('.'))); };
+    const int code = applyAndSave(station, QStringLiteral("unset ") + key,
+                                  [&] { applyUnset(station, key); return true; }, intoFile);
+    if (code != CeExitSuccess)
+        return code;
+    bool found = false;
+    const QJsonValue now = JsonTools::getValue(station.readDocument(), key, &found);
+    if (context.json)
+        out() << QJsonDocument(QJsonObject { { "key", key }, { "value", found ? now : QJsonValue() } }).toJson(QJsonDocument::Indented);
+    else if (found)
+        out() << key << " unset; the station uses its default: " << compact(now) << "\n";
+    else
+        out() << key << " unset\n";
+    return CeExitSuccess;
+}
+
+int cmdKeys(CommandContext& context)
+{
+    const QString prefix = context.arguments.value(0);
+    const QJsonObject document = context.station.readDocument();
+    QList<SettingKey> keys;
+    for (const SettingKey& description : SettingKeys::describe(context.station.configuration())) {
+        if (description.key.startsWith(prefix))
+            keys << description;
+    }
+    if (keys.isEmpty()) {
+        err() << "station-config: no settable key starts with " << prefix << "\n";
+        return CeExitFailed;
+    }
+    if (context.json) {
+        QJsonArray array;
+        for (const SettingKey& description : keys) {
+            QJsonObject row { { "key", description.key }, { "type", description.typeName() },
+                              { "current", JsonTools::getValue(document, description.key) } };
+            if (description.type == SettingKey::CeInteger) {
+                row.insert(QStringLiteral("minimum"), double(description.minimum));
+                row.insert(QStringLiteral("maximum"), double(description.maximum));
+            } else if (description.type == SettingKey::CeChoice) {
+                row.insert(QStringLiteral("allowed"), QJsonArray::fromStringList(description.allowed));
+                QJsonObject names;
+                for (auto it = description.names.begin(); it != description.names.end(); ++it)
+                    names.insert(it.key(), it.value());
+                if (!names.isEmpty())
+                    row.insert(QStringLiteral("names"), names);
+            } else {
+                row.insert(QStringLiteral("allowed"), description.allowedText());
+            }
+            if (row.value(QStringLiteral("current")).isUndefined())
+                row.remove(QStringLiteral("current"));
+            array.append(row);
+        }
+        out() << QJsonDocument(array).toJson(QJsonDocument::Indented);
+        return CeExitSuccess;
+    }
+    // One key: every allowed value, one a line. Several: one line each, long lists counted.
+    if (keys.size() == 1 && keys.first().key == prefix) {
+        const SettingKey& description = keys.first();
+        out() << "key:     " << description.key << "\ntype:    " << description.typeName() << "\ncurrent: "
+              << compact(JsonTools::getValue(document, description.key)) << "\n";
+        if (description.type == SettingKey::CeChoice) {
+            out() << "allowed: " << description.allowed.size() << " values, each " << description.allowedFrom << "\n";
+            for (const QString& allowed : description.allowed) {
+                const QString name = description.names.key(allowed);
+                out() << "  " << allowed << (name.isEmpty() ? QString() : QStringLiteral("  (") + name + QLatin1Char(')')) << "\n";
+            }
+        } else {
+            out() << "allowed: " << description.allowedText() << "\n";
+        }
+        return CeExitSuccess;
+    }
+    for (const SettingKey& description : keys) {
+        const QString allowed = description.type == SettingKey::CeChoice && description.allowed.size() > 8
+            ? QStringLiteral("%1 values: `station-config keys %2`").arg(description.allowed.size()).arg(description.key)
+            : description.allowedText();
+        out() << qSetFieldWidth(42) << Qt::left << description.key << qSetFieldWidth(0) << " "
+              << qSetFieldWidth(18) << description.typeName() << qSetFieldWidth(0) << " "
+              << qSetFieldWidth(24) << compact(JsonTools::getValue(document, description.key)) << qSetFieldWidth(0)
+              << " " << allowed << "\n";
+    }
+    return CeExitSuccess;
+}
+
+int cmdList(CommandContext& context)
+{
+    QList<QPair<QString, QJsonValue>> rows;
+    flatten(context.station.readDocument(), QString(), rows);
+    if (context.json) {
+        QJsonObject object;
+        for (const auto& row : rows)
+            object.insert(row.first, row.second);
+        out() << QJsonDocument(object).toJson(QJsonDocument::Indented);
+        return CeExitSuccess;
+    }
+    for (const auto& row : rows)
+        out() << row.first << "=" << compact(row.second) << "\n";
+    return CeExitSuccess;
 }

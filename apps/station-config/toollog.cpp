@@ -13,6 +13,8 @@ namespace {
 constexpr qint64 C_rotateBytes = 1024 * 1024;
 
 bool s_verbose = false;
+// "[pid] command arguments", fixed at install: messages may come after the application is gone.
+QByteArray s_origin;
 
 QFile* logFile()
 {
@@ -38,13 +40,8 @@ void handler(QtMsgType type, const QMessageLogContext&, const QString& message)
     static const char* const levels[] = { "debug", "warning", "critical", "fatal", "info" };
     const QByteArray text = message.trimmed().toUtf8();
     if (QFile* file = logFile()) {
-        const QByteArray head = QStringLiteral("%1 [%2] %3 %4: ")
-                                    .arg(QDateTime::currentDateTime().toString(Qt::ISODateWithMs))
-                                    .arg(QCoreApplication::applicationPid())
-                                    .arg(QCoreApplication::arguments().mid(1).join(QLatin1Char(' ')))
-                                    .arg(QLatin1String(levels[type]))
-                                    .toUtf8();
-        file->write(head + text + '\n');
+        const QByteArray time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs).toUtf8();
+        file->write(time + ' ' + s_origin + ' ' + levels[type] + ": " + text + '\n');
         file->flush();
     }
     if (s_verbose || type == QtFatalMsg) {
@@ -65,5 +62,9 @@ QString ToolLog::path()
 void ToolLog::install(bool verbose)
 {
     s_verbose = verbose;
+    s_origin = QStringLiteral("[%1] %2")
+                   .arg(QCoreApplication::applicationPid())
+                   .arg(QCoreApplication::arguments().mid(1).join(QLatin1Char(' ')))
+                   .toUtf8();
     qInstallMessageHandler(handler);
 }

@@ -120,7 +120,7 @@ private slots:
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("out");   // regular expression; empty: nothing printed
         QTest::addColumn<QString>("err");
-        // "key=JSON": what the document holds afterwards; empty: not checked.
+        // "key=JSON": what the document holds afterwards ("key=": absent); empty: not checked.
         QTest::addColumn<QString>("after");
 
         const QString any = ".*";
@@ -144,6 +144,86 @@ private slots:
         QTest::newRow("usage: exclusive options") << QStringList{"sync", "--now", "--reset"} << 2 << "" << "exclude each other" << "";
         QTest::newRow("usage: test-share without user") << QStringList{"test-share", "127.0.0.1", "x"} << 2 << "" << "needs '--user USER'" << "";
         QTest::newRow("usage: flag with a value") << QStringList{"status", "--json=yes"} << 2 << "" << "takes no value" << "";
+
+        // set: a value of the wrong type or outside the allowed set is refused (exit 1, one
+        // reason naming what is allowed) and the document keeps its value.
+        const QString refused = "^station-config: %1; see `station-config keys %2`\n$";
+        QTest::newRow("set: text stays text") << QStringList{"set", "templates.company_address", "42"} << 0 << "^42\n$" << ""
+                                              << "templates.company_address=\"42\"";
+        QTest::newRow("set: not a city") << QStringList{"set", "regionalSettings.city", "true"} << 1 << ""
+                                         << refused.arg("regionalSettings.city: 'true' is not a city of region Europe", "regionalSettings.city")
+                                         << "regionalSettings.city=\"Paris\"";
+        QTest::newRow("set: unknown city") << QStringList{"set", "regionalSettings.city", "Atlantis"} << 1 << ""
+                                           << "'Atlantis' is not a city of region Europe; see `station-config keys regionalSettings.city`"
+                                           << "regionalSettings.city=\"Paris\"";
+        QTest::newRow("set: city of the region") << QStringList{"set", "regionalSettings.city", "Berlin"} << 0 << "^Berlin\n$" << ""
+                                                 << "regionalSettings.city=\"Berlin\"";
+        QTest::newRow("set: not a boolean") << QStringList{"set", "general.hideProductionTimer", "maybe"} << 1 << ""
+                                            << refused.arg("general.hideProductionTimer: 'maybe' is not a boolean; allowed: true or false",
+                                                           "general.hideProductionTimer")
+                                            << "general.hideProductionTimer=false";
+        QTest::newRow("set: boolean") << QStringList{"set", "general.hideProductionTimer", "yes"} << 0 << "^true\n$" << ""
+                                      << "general.hideProductionTimer=true";
+        QTest::newRow("set: not a number") << QStringList{"set", "sync.interval_ms", "abc"} << 1 << ""
+                                           << "'abc' is not a whole number; allowed: 1000..600000" << "sync.interval_ms=60000";
+        QTest::newRow("set: below the interval bounds") << QStringList{"set", "sync.interval_ms", "999"} << 1 << ""
+                                                        << "'999' is outside 1000..600000" << "sync.interval_ms=60000";
+        QTest::newRow("set: interval") << QStringList{"set", "sync.interval_ms", "1000"} << 0 << "^1000\n$" << ""
+                                       << "sync.interval_ms=1000";
+        QTest::newRow("set: scalar over a section") << QStringList{"set", "general", "5"} << 1 << ""
+                                                    << "^station-config: general is a section, not a value; its keys: workplace_name, .*sound_volume"
+                                                    << "general.sound_volume=70";
+        QTest::newRow("set: unknown key") << QStringList{"set", "general.volume", "5"} << 1 << ""
+                                          << "general.volume is not a key that can be set; see `station-config keys`" << "";
+        QTest::newRow("set: not a torque unit") << QStringList{"set", "regionalSettings.torque_unit", "lbs"} << 1 << ""
+                                                << "'lbs' is not a torque unit \\(Nm, cNm, kNm, in.lbf, ft.lbf\\)"
+                                                << "regionalSettings.torque_unit=\"Nm\"";
+        QTest::newRow("set: negative number without --") << QStringList{"set", "general.sound_volume", "-5"} << 1 << ""
+                                                         << refused.arg("general.sound_volume: '-5' is outside 0..100", "general.sound_volume")
+                                                         << "general.sound_volume=70";
+        QTest::newRow("set: volume") << QStringList{"set", "general.sound_volume", "0"} << 0 << "^0\n$" << "" << "general.sound_volume=0";
+        QTest::newRow("set: language by name") << QStringList{"set", "regionalSettings.language", "Deutsch"} << 0 << "^de_DE\n$" << ""
+                                               << "regionalSettings.language=\"de_DE\"";
+        QTest::newRow("set: language by code") << QStringList{"set", "regionalSettings.language", "es_ES"} << 0 << "^es_ES\n$" << ""
+                                               << "regionalSettings.language=\"es_ES\"";
+        QTest::newRow("set: unknown language") << QStringList{"set", "regionalSettings.language", "Klingon"} << 1 << ""
+                                               << "'Klingon' is not a language \\(de_DE \\(Deutsch\\), en_GB \\(English\\)"
+                                               << "regionalSettings.language=\"en_GB\"";
+        QTest::newRow("set: keyboard by name") << QStringList{"set", "regionalSettings.keyboard_input", "English (US)"} << 0 << "^us\n$"
+                                               << "" << "regionalSettings.keyboard_input=\"us\"";
+        QTest::newRow("set: region without its city") << QStringList{"set", "regionalSettings.region", "America"} << 1 << ""
+                                                      << "the current city Paris is not in region America; give both"
+                                                      << "regionalSettings.region=\"Europe\"";
+        QTest::newRow("set: region with its city") << QStringList{"set", "regionalSettings.region", "America/New_York"} << 0
+                                                   << "^America\n$" << "" << "regionalSettings.city=\"New_York\"";
+        QTest::newRow("set: text list") << QStringList{"set", "comments.skip_comments", "[\"a\", \"b\"]"} << 0 << "\"a\",\\s+\"b\"" << ""
+                                        << "comments.skip_comments=[\"a\",\"b\"]";
+        QTest::newRow("set: not a text list") << QStringList{"set", "comments.skip_comments", "a,b"} << 1 << ""
+                                              << "'a,b' is not a JSON array of texts" << "comments.skip_comments=[\"Part missing\",\"Screw not accessible\",\"Supervisor decision\"]";
+        QTest::newRow("set: broken validator") << QStringList{"set", "validators.serialNumber", "(["} << 1 << ""
+                                               << "'\\(\\[' is not a valid regular expression" << "validators.serialNumber=\"^[A-Z]{2}[0-9]{8}$\"";
+        QTest::newRow("set: validator number") << QStringList{"set", "validators.maxScanLength", "40"} << 0 << "^40\n$" << ""
+                                               << "validators.maxScanLength=40";
+
+        // unset: the key goes, the service's default takes its place.
+        QTest::newRow("unset: to the default") << QStringList{"unset", "regionalSettings.torque_unit"} << 0
+                                               << "^regionalSettings.torque_unit unset; the station uses its default: Nm\n$" << ""
+                                               << "regionalSettings.torque_unit=\"Nm\"";
+        QTest::newRow("unset: a validator") << QStringList{"unset", "validators.batchNumber"} << 0 << "^validators.batchNumber unset\n$" << ""
+                                            << "validators.batchNumber=";
+        QTest::newRow("unset: a section") << QStringList{"unset", "regionalSettings"} << 1 << "" << "regionalSettings is a section" << "";
+
+        // keys and list.
+        QTest::newRow("keys: a section") << QStringList{"keys", "general"} << 0
+                                         << "^general.workplace_name .*\ngeneral.sound_volume +integer +70 +0..100\n" << "" << "";
+        QTest::newRow("keys: one choice") << QStringList{"keys", "regionalSettings.keyboard_input"} << 0
+                                          << "^key: +regionalSettings.keyboard_input\ntype: +choice\ncurrent: fr\n.*\n  de  \\(Deutsch\\)\n" << "" << "";
+        QTest::newRow("keys: cities of the region") << QStringList{"keys", "regionalSettings.city"} << 0 << "\n  Berlin\n.*\n  Paris\n" << "" << "";
+        QTest::newRow("keys: json") << QStringList{"keys", "general.sound_volume", "--json"} << 0
+                                    << "\"current\": 70,\\s+\"key\": \"general.sound_volume\",\\s+\"maximum\": 100,\\s+\"minimum\": 0" << "" << "";
+        QTest::newRow("keys: nothing there") << QStringList{"keys", "nowhere"} << 1 << "" << "no settable key starts with nowhere" << "";
+        QTest::newRow("list: key=value") << QStringList{"list"} << 0
+                                         << "\ndirectories.folders.0.id=\\{5c1f7a2e-9b3d-4e86-a0f4-2d7c6b1e8a93\\}\n.*\ngeneral.sound_volume=70\n" << "" << "";
 
         // A wait that runs out: exit 4 and one line naming what did not settle (no server on the demo share).
         QTest::newRow("folders: wait times out") << QStringList{"folders", "--wait", "1"} << 4 << "Plant_Share .* no \\("
@@ -196,7 +276,10 @@ private slots:
         verifyMatches(result.err, err, "stderr");
         if (!after.isEmpty()) {
             const int equals = after.indexOf('=');
-            const QJsonValue expected = QJsonDocument::fromJson("[" + after.mid(equals + 1).toUtf8() + "]").array().first();
+            // "key=" alone: the key is absent.
+            const QJsonValue expected = equals + 1 == after.size()
+                ? QJsonValue(QJsonValue::Undefined)
+                : QJsonDocument::fromJson("[" + after.mid(equals + 1).toUtf8() + "]").array().first();
             QCOMPARE(valueAt(readJson(document()), after.left(equals)), expected);
         }
     }
