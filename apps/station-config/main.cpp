@@ -51,7 +51,7 @@ const QList<Command>& commands()
 QList<OptionSpec> optionSpecs()
 {
     return {
-        { "station", "DIR", "Station directory (holding preconfiguration.json).", {} },
+        { "station", "DIR", "Station directory (holding preconfiguration.json); default $STATION_DIR, else the demo station.", {} },
         { "json", "", "Print JSON for scripts.", {} },
         { "verbose", "", "Print the library's log lines on standard error too.", {} },
         { "wait", "SECONDS", "wait up to this long for network folders to settle.", { "folders" } },
@@ -71,6 +71,10 @@ int usageError(const QString& message)
 // Option values checked before the station is opened.
 bool checkValues(const Arguments& arguments, QString& error)
 {
+    if (arguments.isSet(QStringLiteral("station")) && arguments.value(QStringLiteral("station")).isEmpty()) {
+        error = QStringLiteral("option '--station' needs a directory");
+        return false;
+    }
     int seconds = 0;
     if (arguments.isSet(QStringLiteral("wait")) && !arguments.intValue(QStringLiteral("wait"), 0, seconds, error))
         return false;
@@ -128,11 +132,20 @@ int main(int argc, char* argv[])
             command = &candidate;
     }
 
-    const QString directory = Station::resolveDirectory(arguments.value(QStringLiteral("station")), error);
+    // Which station: --station, else STATION_DIR, else the demo copy (said on stderr).
+    QString requested = arguments.value(QStringLiteral("station"));
+    QString origin = QStringLiteral("--station");
+    if (!arguments.isSet(QStringLiteral("station"))) {
+        requested = qEnvironmentVariable("STATION_DIR");
+        origin = QStringLiteral("STATION_DIR");
+    }
+    const QString directory = Station::resolveDirectory(requested, error);
     if (directory.isEmpty()) {
-        err() << "station-config: " << error << "\n";
+        err() << "station-config: " << (requested.isEmpty() ? QString() : origin + QStringLiteral(": ")) << error << "\n";
         return CeExitFailed;
     }
+    if (requested.isEmpty())
+        err() << "station-config: using the demo station " << directory << " (choose one with --station DIR or STATION_DIR)\n";
     Station station(directory);
     const bool writes = command->document == CeWrites || name == QLatin1String("rollback");
     // apply-update must place its package before the library starts.

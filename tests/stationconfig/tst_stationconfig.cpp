@@ -261,6 +261,43 @@ private slots:
                  qPrintable(text));
     }
 
+    // Which station a command works on: --station, else STATION_DIR, else the demo copy, said.
+    void station_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("stationEnv");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<int>("volume");   // general.sound_volume of the test's station afterwards
+
+        QTest::newRow("STATION_DIR") << QStringList{"set", "general.sound_volume", "33"} << "@station" << 0 << "" << 33;
+        QTest::newRow("--station before STATION_DIR") << QStringList{"--station", "@station", "set", "general.sound_volume", "34"}
+                                                      << "/nonexistent" << 0 << "" << 34;
+        QTest::newRow("demo copy, said") << QStringList{"set", "general.sound_volume", "35"} << "" << 0
+                                         << "^station-config: using the demo station [^\n]*/data/station-config/demo-station "
+                                            "\\(choose one with --station DIR or STATION_DIR\\)\n$"
+                                         << 70;
+        QTest::newRow("STATION_DIR without a station") << QStringList{"status"} << "/nonexistent" << 1
+                                                       << "^station-config: STATION_DIR: /nonexistent holds no preconfiguration.json\n$" << 70;
+        QTest::newRow("--station without a station") << QStringList{"--station", "/nonexistent", "status"} << "" << 1
+                                                      << "^station-config: --station: /nonexistent holds no preconfiguration.json\n$" << 70;
+        QTest::newRow("--station empty") << QStringList{"--station", "", "status"} << "" << 2 << "needs a directory" << 70;
+    }
+
+    void station()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, stationEnv);
+        QFETCH(int, code);
+        QFETCH(QString, err);
+        QFETCH(int, volume);
+
+        const Run result = run(arguments, false, stationEnv);
+        QVERIFY2(result.code == code, qPrintable(result.err));
+        verifyMatches(result.err, err, "stderr");
+        QCOMPARE(valueAt(readJson(document()), "general.sound_volume").toInt(), volume);
+    }
+
     void command()
     {
         QFETCH(QStringList, arguments);
