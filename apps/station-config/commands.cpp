@@ -18,6 +18,7 @@
 #include "directories.h"
 #include "folder.h"
 #include "settingsdocument.h"
+#include "settingshistory.h"
 #include "station.h"
 #include "toollog.h"
 #include "sync/dsyncmanager.h"
@@ -33,6 +34,11 @@ QTextStream& err()
 {
     static QTextStream stream(stderr);
     return stream;
+}
+
+QJsonValue shown(const CommandContext& context, const QJsonValue& value, const QString& key)
+{
+    return context.options.isSet(QStringLiteral("show-secrets")) ? value : SettingsHistory::maskSecrets(value, key);
 }
 
 namespace {
@@ -183,7 +189,7 @@ int cmdStatus(CommandContext& context)
         { "plugins", plugins },
         { "users", context.station.readDocument().value(QStringLiteral("users")).toArray().size() },
     };
-    printReport(report, context.json);
+    printReport(shown(context, report).toObject(), context.json);
     return 0;
 }
 

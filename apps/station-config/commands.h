@@ -25,6 +25,9 @@ struct CommandContext {
     bool json = false;
 };
 
+// The value as the user may see it: passwords masked unless --show-secrets was given.
+QJsonValue shown(const CommandContext& context, const QJsonValue& value, const QString& key = QString());
+
 QTextStream& out();
 QTextStream& err();
 // Prints a JSON object either as indented JSON or as "section / key value" lines.

@@ -206,7 +206,8 @@ void flatten(const QJsonValue& value, const QString& prefix, QList<QPair<QString
 int cmdGet(CommandContext& context)
 {
     bool found = false;
-    const QJsonValue value = JsonTools::getValue(context.station.readDocument(), context.arguments.first(), &found);
+    const QString key = context.arguments.first();
+    const QJsonValue value = shown(context, JsonTools::getValue(context.station.readDocument(), key, &found), key);
     if (!found) {
         err() << "station-config: no value at " << context.arguments.first() << "\n";
         return CeExitFailed;
@@ -342,11 +343,11 @@ int cmdList(CommandContext& context)
     if (context.json) {
         QJsonObject object;
         for (const auto& row : rows)
-            object.insert(row.first, row.second);
+            object.insert(row.first, shown(context, row.second, row.first));
         out() << QJsonDocument(object).toJson(QJsonDocument::Indented);
         return CeExitSuccess;
     }
     for (const auto& row : rows)
-        out() << row.first << "=" << compact(row.second) << "\n";
+        out() << row.first << "=" << compact(shown(context, row.second, row.first)) << "\n";
     return CeExitSuccess;
 }

@@ -54,6 +54,7 @@ QList<OptionSpec> optionSpecs()
         { "station", "DIR", "Station directory (holding preconfiguration.json); default $STATION_DIR, else the demo station.", {} },
         { "json", "", "Print JSON for scripts.", {} },
         { "verbose", "", "Print the library's log lines on standard error too.", {} },
+        { "show-secrets", "", "show share passwords instead of masking them.", { "get", "list", "status" } },
         { "wait", "SECONDS", "wait up to this long for network folders to settle.", { "folders" } },
         { "now", "", "run a pass now and wait until it is done.", { "sync" } },
         { "reset", "", "reset the sync database and print the outcome.", { "sync" } },

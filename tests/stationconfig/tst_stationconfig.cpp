@@ -237,6 +237,19 @@ private slots:
         QTest::newRow("quiet: verbose folders") << QStringList{"folders", "--verbose"} << 0 << "Plant_Share"
                                                 << "ERROR: Failure to access the alias folder: Plant_Share" << "";
 
+        // Secrets: share passwords masked unless --show-secrets.
+        const QString stored = "AwKPJgBdZr4feuMZeDEH334cx3QK";
+        QTest::newRow("secrets: get masks") << QStringList{"get", "directories.folders"} << 0
+                                            << "^(?!.*" + stored + ").*\"password\": \"\\*{8}\"" << "" << "";
+        QTest::newRow("secrets: get shows on request") << QStringList{"get", "directories", "--show-secrets"} << 0
+                                                       << "\"password\": \"" + stored + "\"" << "" << "";
+        QTest::newRow("secrets: list masks") << QStringList{"list"} << 0 << "^(?!.*" + stored + ").*\\.password=\\*{8}\n" << "" << "";
+        QTest::newRow("secrets: list --json masks") << QStringList{"list", "--json"} << 0
+                                                    << "^(?!.*" + stored + ").*\\.password\": \"\\*{8}\"" << "" << "";
+        QTest::newRow("secrets: list shows on request") << QStringList{"list", "--show-secrets"} << 0 << "\\.password=" + stored + "\n" << "" << "";
+        QTest::newRow("secrets: not an option of paths") << QStringList{"paths", "--show-secrets"} << 2 << ""
+                                                         << "'--show-secrets' is not an option of 'paths' \\(it belongs to get, list, status\\)" << "";
+
         // History commands follow the same conventions.
         QTest::newRow("history: extra argument") << QStringList{"history", "1"} << 2 << "" << "does not take the argument '1'" << "";
         QTest::newRow("history: none kept yet") << QStringList{"history"} << 0 << "^no version of .* is kept yet\n$" << "" << "";
