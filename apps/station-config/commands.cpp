@@ -12,6 +12,7 @@
 #include <QJsonDocument>
 #include <QSet>
 #include <QSignalBlocker>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include "d_zu_configuration.h"
@@ -22,7 +23,10 @@
 #include "station.h"
 #include "toollog.h"
 #include "sync/dsyncmanager.h"
+#include "utilities/fileutils.h"
+#include "utilities/jsontools.h"
 #include "utilities/preconfiguration.h"
+#include "utilities/zip.h"
 
 QTextStream& out()
 {
@@ -324,6 +328,59 @@ int cmdStorage(CommandContext& context)
     return 0;
 }
 
+namespace {
+// A list as a JSON array, or for reading as "a, b" ("none" when empty).
+QJsonValue listValue(const QStringList& list, bool json)
+{
+    if (json)
+        return QJsonArray::fromStringList(list);
+    return list.isEmpty() ? QStringLiteral("none") : list.join(QStringLiteral(", "));
+}
+
+// What start-up would do with a package, found before anything is placed: false with the
+// reason when it would refuse it or take nothing from it. `ignored`: files it would skip.
+bool checkPackage(const QString& package, QString& reason, QStringList& ignored)
+{
+    QTemporaryDir scratch;
+    if (!scratch.isValid()) {
+        reason = QStringLiteral("no temporary directory to check it in");
+        return false;
+    }
+    const QList<QByteArray> entries = Zip::Unzip(package.toUtf8(), scratch.path().toUtf8(), QByteArray());
+    if (entries.isEmpty()) {
+        reason = QStringLiteral("not a package the station can open (not a zip archive, empty, or over the package limits)");
+        return false;
+    }
+    const QString updateName = PreConfiguration::getParameter(QStringLiteral("configUpdateFilename")).toString();
+    const QString elementsName = PreConfiguration::getParameter(QStringLiteral("elementsFilename")).toString();
+    bool hasUpdate = false;
+    for (const QByteArray& entry : entries) {
+        const QString name = QString::fromUtf8(entry);
+        const QString path = scratch.filePath(name);
+        if (name == updateName) {
+            QJsonObject update;
+            if (!JsonTools::readFile(path, update)) {
+                reason = QStringLiteral("its %1 is not a JSON object").arg(updateName);
+                return false;
+            }
+            hasUpdate = true;
+        } else if (name == elementsName) {
+            if (!isValidJsonFile(path)) {
+                reason = QStringLiteral("its %1 is not valid JSON").arg(elementsName);
+                return false;
+            }
+        } else {
+            ignored << name;
+        }
+    }
+    if (!hasUpdate) {
+        reason = QStringLiteral("it holds no settings update (%1 at its top level)").arg(updateName);
+        return false;
+    }
+    return true;
+}
+}
+
 int cmdApplyUpdate(CommandContext& context)
 {
     const QString package = QFileInfo(context.arguments.first()).absoluteFilePath();
@@ -336,6 +393,12 @@ int cmdApplyUpdate(CommandContext& context)
     if (!PreConfiguration::load(context.station.directory() + QStringLiteral("/preconfiguration.json"))) {
         err() << "station-config: cannot load the pre-configuration\n";
         return 1;
+    }
+    QString reason;
+    QStringList ignored;
+    if (!checkPackage(package, reason, ignored)) {
+        err() << "station-config: " << package << ": " << reason << "; nothing was applied\n";
+        return CeExitFailed;
     }
     if (!context.station.lock(error)) {
         err() << "station-config: " << error << "\n";
@@ -371,10 +434,15 @@ int cmdApplyUpdate(CommandContext& context)
         && !context.station.history().record(before.bytes, after.object,
                                               QStringLiteral("apply-update ") + QFileInfo(package).fileName(), &error))
         err() << "station-config: the document before the update was not kept: " << error << "\n";
+    const QStringList changed = SettingsHistory::changedKeys(before.object, after.object);
+    if (!consumed)
+        err() << "station-config: the package was not applied; see " << ToolLog::path() << "\n";
     printReport(QJsonObject { { "package", package }, { "applied", consumed },
-                              { "document", context.station.documentPath() } },
+                              { "document", context.station.documentPath() },
+                              { "changedKeys", listValue(changed, context.json) },
+                              { "ignoredFiles", listValue(ignored, context.json) } },
                 context.json);
-    return consumed ? 0 : 1;
+    return consumed ? CeExitSuccess : CeExitFailed;
 }
 
 int cmdTestShare(CommandContext& context)

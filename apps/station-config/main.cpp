@@ -37,7 +37,7 @@ const QList<Command>& commands()
         { { "sync", "sync [--now | --reset]", "registered mirrors and sync state; run a pass or reset", 0, 0 }, true, CeReads, cmdSync },
         { { "test-share", "test-share ADDRESS SHARE-PATH --user U [--domain D]",
             "tests a network share (password read from standard input)", 2, 2 }, false, CeIgnores, cmdTestShare },
-        { { "apply-update", "apply-update ZIP", "applies a configuration update package as start-up does", 1, 1 }, false, CeWrites, cmdApplyUpdate },
+        { { "apply-update", "apply-update ZIP", "checks a configuration update package, then applies it as start-up does", 1, 1 }, false, CeWrites, cmdApplyUpdate },
         { { "timezones", "timezones [REGION]", "time-zone regions, or the cities of one", 0, 1 }, false, CeIgnores, cmdTimezones },
         { { "templates", "templates", "report templates, newest version first", 0, 0 }, true, CeReads, cmdTemplates },
         { { "storage", "storage", "total and available bytes of the internal storage", 0, 0 }, false, CeIgnores, cmdStorage },

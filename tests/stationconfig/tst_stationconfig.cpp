@@ -311,6 +311,68 @@ private slots:
         QCOMPARE(valueAt(readJson(document()), "general.sound_volume").toInt(), volume);
     }
 
+    // apply-update checks the package first: a refused one leaves nothing behind.
+    void applyUpdate_data()
+    {
+        QTest::addColumn<QString>("package");   // "text" (not a zip), or files as name=content separated by '|'
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<int>("volume");         // general.sound_volume afterwards
+
+        QTest::newRow("not a zip archive") << "text" << 1 << ""
+                                           << "^station-config: .*/package.zip: not a package the station can open .*; nothing was applied\n$" << 70;
+        QTest::newRow("no settings update") << "notes.txt=hello" << 1 << ""
+                                            << "it holds no settings update \\(configuration_update.json at its top level\\); nothing was applied\n$" << 70;
+        QTest::newRow("update not an object") << "configuration_update.json=[1, 2]" << 1 << ""
+                                              << "its configuration_update.json is not a JSON object; nothing was applied\n$" << 70;
+        QTest::newRow("broken elements") << "configuration_update.json={}|elements.json={broken" << 1 << ""
+                                         << "its elements.json is not valid JSON; nothing was applied\n$" << 70;
+        QTest::newRow("applied, changed keys named")
+            << "configuration_update.json={\"general\": {\"sound_volume\": 12}, \"templates\": {\"report_footer\": \"new\"}}|readme.txt=x"
+            << 0 << "^applied +yes\nchangedKeys +general.sound_volume, templates.report_footer\n.*\nignoredFiles +readme.txt\n" << "" << 12;
+    }
+
+    void applyUpdate()
+    {
+        QFETCH(QString, package);
+        QFETCH(int, code);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QFETCH(int, volume);
+
+        const QString zip = m_dir.path() + "/package.zip";
+        QFile::remove(zip);
+        if (package == "text") {
+            QFile file(zip);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("plain text") > 0);
+        } else {
+            if (QStandardPaths::findExecutable("zip").isEmpty())
+                QSKIP("needs the zip program");
+            QTemporaryDir content;
+            QStringList names;
+            for (const QString& file : package.split('|')) {
+                const QString name = file.section('=', 0, 0);
+                QFile entry(content.filePath(name));
+                QVERIFY(entry.open(QIODevice::WriteOnly) && entry.write(file.section('=', 1).toUtf8()) > 0);
+                names << name;
+            }
+            QProcess zipper;
+            zipper.setWorkingDirectory(content.path());
+            zipper.start("zip", QStringList{"-q", zip} + names);
+            QVERIFY(zipper.waitForFinished() && zipper.exitCode() == 0);
+        }
+
+        const Run result = run({"apply-update", zip});
+        QVERIFY2(result.code == code, qPrintable(result.err));
+        verifyMatches(result.out, out, "stdout");
+        verifyMatches(result.err, err, "stderr");
+        QCOMPARE(valueAt(readJson(document()), "general.sound_volume").toInt(), volume);
+        // Nothing is left for the next start to find.
+        QCOMPARE(QDir(m_station + "/update").entryList(QDir::Files | QDir::NoDotAndDotDot), QStringList());
+        QCOMPARE(QDir(m_station + "/config").entryList({"configuration_update.json", "elements.json"}, QDir::Files), QStringList());
+    }
+
     void command()
     {
         QFETCH(QStringList, arguments);
