@@ -9,10 +9,14 @@
 class SimpleCrypt
 {
 public:
+    // Longest text a stored form may decompress to (in UTF-8 bytes); a longer one is refused.
+    static constexpr int C_maxTextSize = 64 * 1024;
+
     explicit SimpleCrypt(quint64 key = 0);
     void setKey(quint64 key);
     QString encryptToString(const QString& plaintext) const;
-    // Empty for an empty input, a wrong version or a bad checksum.
+    // Empty for an empty input, a wrong version, a bad checksum or a compressed text longer
+    // than C_maxTextSize.
     QString decryptToString(const QString& cyphertext) const;
 
 private:

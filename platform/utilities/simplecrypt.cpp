@@ -1,10 +1,18 @@
 #include "utilities/simplecrypt.h"
+#include "utilities/logline.h"
+
+#include <KCompressionDevice>
+#include <KFilterBase>
 
 #include <QByteArray>
 #include <QCryptographicHash>
 #include <QRandomGenerator>
+#include <QtEndian>
+
+#include <memory>
 
 namespace {
+const char* const C_source = "platform/utilities/simplecrypt";
 const char C_version = 0x03;
 
 enum EnCryptoFlag : char {
@@ -22,6 +30,42 @@ void appendBigEndian16(QByteArray& data, quint16 value)
 {
     data.append(char(value >> 8));
     data.append(char(value & 0xff));
+}
+
+// The reverse of qCompress (a big-endian 32-bit length, then a zlib stream), bounded: a
+// length over SimpleCrypt::C_maxTextSize is refused before anything is allocated, and a
+// stream that inflates past its length is refused as soon as it does. Empty when refused or
+// damaged.
+QByteArray boundedUncompress(const QByteArray& data)
+{
+    if (data.size() < 4)
+        return QByteArray();
+    const quint32 claimed = qFromBigEndian<quint32>(data.constData());
+    if (claimed > quint32(SimpleCrypt::C_maxTextSize)) {
+        LogLine::critical(nullptr, C_source, __LINE__,
+                          QStringLiteral("ERROR: stored text refused, its length is over the limit of %1 bytes:")
+                              .arg(SimpleCrypt::C_maxTextSize),
+                          QString::number(claimed));
+        return QByteArray();
+    }
+    const std::unique_ptr<KFilterBase> inflater(KCompressionDevice::filterForCompressionType(KCompressionDevice::GZip));
+    inflater->setFilterFlags(KFilterBase::ZlibHeaders);
+    if (!inflater->init(QIODevice::ReadOnly))
+        return QByteArray();
+    // One byte more than claimed tells a stream longer than its length.
+    QByteArray text(int(claimed) + 1, Qt::Uninitialized);
+    inflater->setInBuffer(data.constData() + 4, uint(data.size() - 4));
+    inflater->setOutBuffer(text.data(), uint(text.size()));
+    KFilterBase::Result result;
+    do
+        result = inflater->uncompress();
+    while (result == KFilterBase::Ok && !inflater->outBufferFull() && !inflater->inBufferEmpty());
+    const int produced = text.size() - inflater->outBufferAvailable();
+    inflater->terminate();
+    if (result != KFilterBase::End || produced > int(claimed))
+        return QByteArray();
+    text.truncate(produced);
+    return text;
 }
 }
 
@@ -103,6 +147,6 @@ QString SimpleCrypt::decryptToString(const QString& cyphertext) const
     }
 
     if (flags & CeCfCompression)
-        data = qUncompress(data);
+        data = boundedUncompress(data);
     return QString::fromUtf8(data);
 }
