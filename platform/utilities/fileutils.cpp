@@ -37,6 +37,15 @@ bool isValidJsonFile(const QString& path)
 
 bool updateJsonFile(const QString& updatePath, const QString& configPath)
 {
+    const qint64 size = QFileInfo(updatePath).size();
+    if (size > C_maxUpdateFileSize) {
+        LogLine::critical(nullptr, C_source, __LINE__,
+                          QStringLiteral("ERROR: update file refused, %1 bytes is over the limit of %2 bytes:")
+                              .arg(size)
+                              .arg(C_maxUpdateFileSize),
+                          updatePath);
+        return false;
+    }
     QJsonObject update;
     if (!JsonTools::readFile(updatePath, update)) {
         LogLine::critical(nullptr, C_source, __LINE__, QStringLiteral("ERROR: cannot read update file:"), updatePath);
