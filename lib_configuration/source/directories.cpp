@@ -63,6 +63,12 @@ bool isUuid(const QString& id)
 {
     return !QUuid(id).isNull();
 }
+
+QString outsideStorageText(const QString& aliasName)
+{
+    //% "ERROR: The folder %1 would lie outside its storage: its path may not contain \"..\" nor start at the root, and a network folder's name may not contain \"/\" or \"\\\""
+    return qtTrId("Directories_ERROR__Folder_outside_its_storage____1_").arg(aliasName);
+}
 }
 
 const QList<QVariantMap> Directories::c_defaultAliases = {
@@ -164,7 +170,17 @@ void Directories::loadSettings(QJsonValue& value)
 
     const QJsonArray folders = section.value(QLatin1String(C_keyFolders)).toArray();
     for (const QJsonValue& element : folders) {
-        const QSharedPointer<Folder> folder = addNewFolderAlias(element.toObject().toVariantMap());
+        const QVariantMap fields = element.toObject().toVariantMap();
+        const QString escape = Folder::storageEscape(fields.value(QLatin1String(C_keyType)).toString(),
+                                                     fields.value(QLatin1String(C_keyAliasName)).toString(),
+                                                     fields.value(QLatin1String(C_keyPath)).toString());
+        if (!escape.isEmpty()) {
+            // The document may come from an update package: such a folder is never created.
+            LogLine::critical(this, C_sourceFile, __LINE__,
+                              QStringLiteral("[Directories] Folder skipped, outside its storage:"), escape);
+            continue;
+        }
+        const QSharedPointer<Folder> folder = addNewFolderAlias(fields);
         if (!folder)
             continue;
         if (folder->isEnabled()) {
@@ -272,6 +288,11 @@ QString Directories::setFolderAlias(QString id, QString folderRole, QString fold
 {
     QSharedPointer<Folder> folder;
     bool refresh = false;
+
+    if (!Folder::storageEscape(folderType, aliasName, path).isEmpty()) {
+        sendError(CeDeFolderOutsideStorage, aliasName);
+        return outsideStorageText(aliasName);
+    }
 
     if (id.isEmpty()) {
         if (!isThisAliasAvailable(aliasName)) {
@@ -581,6 +602,10 @@ void Directories::sendError(Directories::EnDirectoriesError error, QString param
         //% "FATAL ERROR: Failure to find the internal memory folder: %1"
         message = qtTrId("Directories_FATAL_ERROR__Failure_to_find_the_internal_memory_folder____1_").arg(parameter);
         emit internalMemoryAccessError(message);
+        break;
+    case CeDeFolderOutsideStorage:
+        message = outsideStorageText(parameter);
+        emit folderAliasUnavailable(message);
         break;
     case CeDeNone:
     default:

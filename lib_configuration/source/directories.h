@@ -58,7 +58,9 @@ public:
         CeDeAliasFolderNotFound = 3,
         CeDeFatalInternalFolderCreation = 4,
         CeDeFatalInternalFolderAccess = 5,
-        CeDeFatalInternalFolderNotFound = 6
+        CeDeFatalInternalFolderNotFound = 6,
+        // 7 is left out: values outside this list, 7 among them, have always meant CeDeNone.
+        CeDeFolderOutsideStorage = 8
     };
 
     static constexpr int C_InvalidIndex = -1;

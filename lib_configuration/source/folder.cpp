@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QQmlEngine>
+#include <QRegularExpression>
 #include <QThread>
 #include <QUuid>
 
@@ -33,6 +34,16 @@ QVariantMap typeRow(int value, const QString& id, bool locked, const QString& ur
 QVariantMap roleRow(int value, const QString& id)
 {
     return QVariantMap{{C_keyValue, value}, {C_keyId, id}};
+}
+
+// Whether `path`, cleaned, is `root` (when `mayBeRoot`) or lies below it.
+bool liesInside(const QString& root, const QString& path, bool mayBeRoot)
+{
+    const QString cleanRoot = QDir::cleanPath(root);
+    const QString cleanPath = QDir::cleanPath(path);
+    if (cleanPath == cleanRoot)
+        return mayBeRoot;
+    return cleanPath.startsWith(cleanRoot.endsWith(QLatin1Char('/')) ? cleanRoot : cleanRoot + QLatin1Char('/'));
 }
 }
 
@@ -169,13 +180,18 @@ bool Folder::make()
         dropShareManager();
         if (!m_enabled)
             return false;
-        const QString root = Directories::rootPath(m_type);
-        if (root.isEmpty()) {
+        if (Directories::rootPath(m_type).isEmpty()) {
             LogLine::critical(this, C_sourceFile, __LINE__,
                               QStringLiteral("[Folder] No mounting storage directory, cannot mount"), m_aliasName);
             return false;
         }
-        const QString mountPoint = root + QLatin1Char('/') + m_aliasName;
+        const QString mountPoint = mountedPath();
+        if (mountPoint.isEmpty()) {
+            LogLine::critical(this, C_sourceFile, __LINE__,
+                              QStringLiteral("[Folder] Mount point outside the mounting storage, cannot mount"),
+                              m_aliasName);
+            return false;
+        }
         m_shareManager = new WindowsShareManager(m_address, m_domain, m_identifier, m_password, m_path, mountPoint,
                                                  m_aliasName, m_pollingInterval, this);
         connect(m_shareManager, &WindowsShareManager::connectionChanged, this, &Folder::sltShareStatusChanged);
@@ -197,10 +213,12 @@ bool Folder::make()
     }
     if (m_type == C_typeInternal) {
         const QString path = mountedPath();
-        // Without a storage root the path would land at the file-system root: refuse it.
-        if (Directories::rootPath(m_type).isEmpty() || (!QFileInfo(path).isDir() && !QDir().mkpath(path))) {
+        // Without a storage root the path would land at the file-system root, and a path that
+        // leaves the root has no directory here: refuse both.
+        if (Directories::rootPath(m_type).isEmpty() || path.isEmpty()
+            || (!QFileInfo(path).isDir() && !QDir().mkpath(path))) {
             LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("ERROR: Failure to make internal folder:"),
-                              path);
+                              path.isEmpty() ? m_path : path);
             return false;
         }
         return true;
@@ -326,6 +344,26 @@ bool Folder::isValidPath(const QString& path)
     return QFileInfo::exists(path);
 }
 
+QString Folder::storageEscape(const QString& type, const QString& aliasName, const QString& path)
+{
+    static const QRegularExpression separators(QStringLiteral("[/\\\\]"));
+    if (type == C_typeNetwork) {
+        if (aliasName.isEmpty() || aliasName == QLatin1String(".") || aliasName == QLatin1String(".."))
+            return QStringLiteral("network folder name \"%1\" is no directory name").arg(aliasName);
+        if (aliasName.contains(separators))
+            return QStringLiteral("network folder name \"%1\" holds a separator").arg(aliasName);
+        return QString();
+    }
+    if (type != C_typeInternal && type != C_typeRemovable)
+        return QString();
+    if (path.split(separators).contains(QStringLiteral("..")))
+        return QStringLiteral("path \"%1\" climbs out with \"..\"").arg(path);
+    const bool hasDrive = path.size() > 1 && path.at(0).isLetter() && path.at(1) == QLatin1Char(':');
+    if (type == C_typeInternal && (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\')) || hasDrive))
+        return QStringLiteral("internal path \"%1\" is absolute").arg(path);
+    return QString();
+}
+
 QVariantList Folder::availableRolesModel(const QString& aliasId, const QString& currentRole, bool isUpdatable)
 {
     if (isUpdatable)
@@ -362,10 +400,15 @@ bool Folder::canDelete() const
 
 QString Folder::mountedPath() const
 {
-    if (m_type == C_typeInternal || m_type == C_typeRemovable)
-        return Directories::rootPath(m_type) + QLatin1Char('/') + m_path;
-    if (m_type == C_typeNetwork)
-        return Directories::rootPath(m_type) + QLatin1Char('/') + m_aliasName;
+    const bool network = m_type == C_typeNetwork;
+    if (!network && m_type != C_typeInternal && m_type != C_typeRemovable)
+        return QString();
+    const QString root = Directories::rootPath(m_type);
+    const QString path = root + QLatin1Char('/') + (network ? m_aliasName : m_path);
+    // Without a root there is nothing to stay inside (make refuses such a folder). A share
+    // mounted on the root itself would cover every other share.
+    if (root.isEmpty() || liesInside(root, path, !network))
+        return path;
     return QString();
 }
 

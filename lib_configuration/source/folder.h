@@ -137,6 +137,11 @@ public:
     QString typeAlias() const;
     QString displayPath() const;
     static bool isValidPath(const QString& path);
+    // Why a folder of this type with this alias and path would not lie inside its storage
+    // root: a ".." in the path of an internal or removable folder, an absolute internal path,
+    // a network folder's name that is empty, "." or ".." or holds a separator. Empty when the
+    // folder lies inside.
+    static QString storageEscape(const QString& type, const QString& aliasName, const QString& path);
 
     Q_INVOKABLE QVariantList availableRolesModel(const QString& aliasId, const QString& currentRole, bool isUpdatable);
 
@@ -156,7 +161,8 @@ public:
     QVariantList typesModel() const { return m_typesModel; }
     QVariantList rolesModel() const { return m_rolesModel; }
 
-    // Directory of the folder on this machine (the mount point for a network share).
+    // Directory of the folder on this machine (the mount point for a network share); empty
+    // when it would lie outside the type's storage root (a share must lie strictly below it).
     QString mountedPath() const;
     // address + "/" + path for a network share, else "" (spelled so on purpose).
     QString networkAdress() const;
