@@ -16,19 +16,17 @@ QString compact(const QJsonValue& value)
     return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
 }
 
-// The version number argument, 0 when absent; -1 with a message when it is not a number.
-int versionArgument(const CommandContext& context, int position, bool required, const char* usage)
+// The version number argument (the command line has checked that it is there when required),
+// 0 when absent; -1 with a usage message when it is not a version number.
+int versionArgument(const CommandContext& context)
 {
-    if (context.arguments.size() <= position) {
-        if (!required)
-            return 0;
-        err() << "usage: station-config " << usage << "\n";
-        return -1;
-    }
+    if (context.arguments.isEmpty())
+        return CeExitSuccess;
     bool ok = false;
-    const int number = context.arguments.at(position).toInt(&ok);
+    const int number = context.arguments.first().toInt(&ok);
     if (!ok || number < 0) {
-        err() << "station-config: not a version number: " << context.arguments.at(position) << "\n";
+        err() << "station-config: not a version number: " << context.arguments.first()
+              << " (0 is the newest; see `station-config history`)\nTry 'station-config --help'.\n";
         return -1;
     }
     return number;
@@ -37,10 +35,6 @@ int versionArgument(const CommandContext& context, int position, bool required, 
 
 int cmdHistory(CommandContext& context)
 {
-    if (!context.arguments.isEmpty()) {
-        err() << "usage: station-config history\n";
-        return 2;
-    }
     const SettingsHistory history = context.station.history();
     const auto versions = history.versions();
     if (context.json) {
@@ -55,11 +49,11 @@ int cmdHistory(CommandContext& context)
         }
         out() << QJsonDocument(QJsonObject{{"document", history.documentPath()}, {"versions", array}})
                      .toJson(QJsonDocument::Indented);
-        return 0;
+        return CeExitSuccess;
     }
     if (versions.isEmpty()) {
         out() << "no version of " << history.documentPath() << " is kept yet\n";
-        return 0;
+        return CeExitSuccess;
     }
     for (const auto& version : versions) {
         out() << qSetFieldWidth(3) << Qt::right << version.number << qSetFieldWidth(0) << Qt::left << "  "
@@ -69,24 +63,20 @@ int cmdHistory(CommandContext& context)
             out() << "  [" << version.changedKeys.join(QStringLiteral(", ")) << "]";
         out() << "\n";
     }
-    return 0;
+    return CeExitSuccess;
 }
 
 int cmdDiff(CommandContext& context)
 {
-    if (context.arguments.size() > 1) {
-        err() << "usage: station-config diff [N]\n";
-        return 2;
-    }
-    const int number = versionArgument(context, 0, false, "diff [N]");
+    const int number = versionArgument(context);
     if (number < 0)
-        return 2;
+        return CeExitUsage;
     const SettingsHistory history = context.station.history();
     QByteArray bytes;
     QString error;
     if (!history.read(number, bytes, &error)) {
         err() << "station-config: " << error << "\n";
-        return 1;
+        return CeExitFailed;
     }
     const SettingsDocument::Reading current = SettingsDocument::read(history.documentPath());
     if (current.state == SettingsDocument::CeUnusable)
@@ -104,7 +94,7 @@ int cmdDiff(CommandContext& context)
             array.append(row);
         }
         out() << QJsonDocument(QJsonObject{{"version", number}, {"differences", array}}).toJson(QJsonDocument::Indented);
-        return 0;
+        return CeExitSuccess;
     }
     if (differences.isEmpty())
         out() << "version " << number << " and the current document hold the same settings\n";
@@ -112,24 +102,20 @@ int cmdDiff(CommandContext& context)
         out() << difference.key << ": " << compact(SettingsHistory::maskSecrets(difference.before, difference.key))
               << " -> " << compact(SettingsHistory::maskSecrets(difference.after, difference.key)) << "\n";
     }
-    return 0;
+    return CeExitSuccess;
 }
 
 int cmdRollback(CommandContext& context)
 {
-    if (context.arguments.size() != 1) {
-        err() << "usage: station-config rollback N\n";
-        return 2;
-    }
-    const int number = versionArgument(context, 0, true, "rollback N");
+    const int number = versionArgument(context);
     if (number < 0)
-        return 2;
+        return CeExitUsage;
     SettingsHistory history = context.station.history();
     const auto versions = history.versions();
     QString error;
     if (!history.rollback(number, &error)) {
         err() << "station-config: " << error << "\n";
-        return 1;
+        return CeExitFailed;
     }
     const auto& restored = versions.at(number);
     if (context.json) {
@@ -141,5 +127,5 @@ int cmdRollback(CommandContext& context)
         out() << "restored version " << number << " (" << restored.time.toLocalTime().toString(Qt::ISODate)
               << ", " << restored.size << " bytes) to " << history.documentPath() << "\n";
     }
-    return 0;
+    return CeExitSuccess;
 }

@@ -256,6 +256,10 @@ private slots:
         QTest::newRow("rollback: no version") << QStringList{"rollback"} << 2 << "" << "needs more arguments" << "";
         QTest::newRow("rollback: not a number") << QStringList{"rollback", "x"} << 2 << "" << "not a version number: x" << "";
         QTest::newRow("rollback: not kept") << QStringList{"rollback", "99"} << 1 << "" << "^station-config: no version is kept in .*settings.json.history\n$" << "";
+        QTest::newRow("history: json, none kept") << QStringList{"history", "--json"} << 0 << "\"versions\": \\[\\s*\\]" << "" << "";
+        QTest::newRow("rollback: negative") << QStringList{"rollback", "-1"} << 2 << "" << "not a version number: -1 \\(0 is the newest" << "";
+        QTest::newRow("diff: not kept") << QStringList{"diff", "3"} << 1 << "" << "^station-config: no version is kept" << "";
+        QTest::newRow("diff: option of another command") << QStringList{"diff", "--wait", "1"} << 2 << "" << "not an option of 'diff'" << "";
         QTest::newRow("diff: two versions") << QStringList{"diff", "0", "1"} << 2 << "" << "does not take the argument '1'" << "";
     }
 
@@ -371,6 +375,25 @@ private slots:
         // Nothing is left for the next start to find.
         QCOMPARE(QDir(m_station + "/update").entryList(QDir::Files | QDir::NoDotAndDotDot), QStringList());
         QCOMPARE(QDir(m_station + "/config").entryList({"configuration_update.json", "elements.json"}, QDir::Files), QStringList());
+    }
+
+    // set and unset keep versions that history lists, diff compares and rollback restores.
+    void historyOfSetAndUnset()
+    {
+        QCOMPARE(run({"set", "general.sound_volume", "20"}).code, 0);
+        QCOMPARE(run({"unset", "regionalSettings.torque_unit"}).code, 0);
+        const Run history = run({"history"});
+        QCOMPARE(history.code, 0);
+        QVERIFY2(QRegularExpression("^  0  .* unset regionalSettings.torque_unit\n  1  .* set general.sound_volume  \\[general.sound_volume[],]")
+                     .match(history.out).hasMatch(), qPrintable(history.out));
+        const Run diff = run({"diff", "1"});
+        QCOMPARE(diff.code, 0);
+        QVERIFY2(diff.out.contains("general.sound_volume: 70 -> 20\n"), qPrintable(diff.out));
+        QVERIFY2(!diff.out.contains("torque_unit"), qPrintable(diff.out));
+        const Run rollback = run({"rollback", "1", "--json"});
+        QCOMPARE(rollback.code, 0);
+        QCOMPARE(QJsonDocument::fromJson(rollback.out.toUtf8()).object().value("restored").toInt(), 1);
+        QCOMPARE(valueAt(readJson(document()), "general.sound_volume").toInt(), 70);
     }
 
     void command()
