@@ -15,6 +15,13 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <cerrno>
+#include <cstring>
+#include <netdb.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include "d_zu_configuration.h"
 #include "directories.h"
 #include "folder.h"
@@ -46,9 +53,8 @@ QJsonValue shown(const CommandContext& context, const QJsonValue& value, const Q
 }
 
 namespace {
-// sync --now: how long shares may take to mount, and the pass to finish.
-constexpr int C_shareWaitMs = 15000;
-constexpr int C_passWaitMs = 600000;
+// How long the share test waits for the server to accept a connection.
+constexpr int C_serverProbeMs = 3000;
 
 QString valueText(const QJsonValue& value)
 {
@@ -209,74 +215,6 @@ int cmdPaths(CommandContext& context)
     }
     printReport(report, context.json);
     return 0;
-}
-
-int cmdSync(CommandContext& context)
-{
-    Directories* directories = context.station.configuration()->directories();
-    DSyncManager* manager = directories->syncManager();
-    if (!manager) {
-        err() << "station-config: no sync manager on this station (editor-only installation)\n";
-        return 1;
-    }
-
-    if (context.options.isSet(QStringLiteral("reset"))) {
-        int outcome = -1;
-        QObject::connect(directories, &Directories::syncDatabaseResetDone, [&outcome](bool ok) { outcome = ok ? 1 : 0; });
-        directories->resetSyncDatabase();
-        if (!waitUntil([&outcome] { return outcome >= 0; }, 360000)) {
-            err() << "station-config: the reset did not report\n";
-            return 1;
-        }
-        printReport(QJsonObject { { "reset", outcome == 1 } }, context.json);
-        return outcome == 1 ? 0 : 1;
-    }
-
-    bool timedOut = false;
-    if (context.options.isSet(QStringLiteral("now"))) {
-        // Mirrors to a share only run once the share is mounted.
-        QSet<QString> failedPermanently;
-        const bool sharesSettled = waitForNetworkFolders(directories, failedPermanently, C_shareWaitMs);
-        bool sawBusy = false;
-        QObject::connect(manager, &DSyncManager::idleChanged, [&sawBusy](bool idle) { if (!idle) sawBusy = true; });
-        manager->requestSync();
-        waitUntil([&] { return sawBusy || !manager->isIdle(); }, 2000);
-        if (!waitUntil([manager] { return manager->isIdle(); }, C_passWaitMs)) {
-            err() << "station-config: timed out after " << C_passWaitMs / 1000 << " s waiting for the sync pass to finish\n";
-            return CeExitTimedOut;
-        }
-        if (!sharesSettled || !failedPermanently.isEmpty()) {
-            QStringList unreachable;
-            for (const auto& folder : directories->folders()->list()) {
-                if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
-                    && !directories->networkStorage().value(folder->aliasName()))
-                    unreachable << folder->aliasName();
-            }
-            if (!unreachable.isEmpty()) {
-                err() << "station-config: " << unreachable.join(QStringLiteral(", ")) << " not reachable after "
-                      << C_shareWaitMs / 1000 << " s; mirrors to it were not run\n";
-                timedOut = !sharesSettled;
-            }
-        }
-    }
-
-    QJsonArray mirrors;
-    for (const QString& role : Directories::c_synchronizedRoles) {
-        const QString local = directories->getLocalFolderPathByRole(role);
-        const QString alias = manager->getLocalDirSynchronizedAlias(local);
-        mirrors.append(QJsonObject { { "role", role }, { "local", local }, { "alias", alias },
-                                     { "target", directories->foldersRoles().value(role) } });
-    }
-    const QJsonObject report {
-        { "paused", manager->isPausedAll() },
-        { "idle", manager->isIdle() },
-        { "intervalMs", manager->intervalMs() },
-        { "excludedPatterns", QJsonArray::fromStringList(manager->excludedPatterns()) },
-        { "hasSynchronizedDistantFolder", directories->hasSynchronizedDistantFolder() },
-        { "mirrors", mirrors },
-    };
-    printReport(report, context.json);
-    return timedOut ? CeExitTimedOut : CeExitSuccess;
 }
 
 int cmdTimezones(CommandContext& context)
@@ -445,10 +383,83 @@ int cmdApplyUpdate(CommandContext& context)
     return consumed ? CeExitSuccess : CeExitFailed;
 }
 
+namespace {
+// The first step of a share test: can a TCP connection reach ADDRESS ("host" or "host:port",
+// port 445 by default)? The system's reason when it cannot.
+bool serverReachable(const QString& address, QString& reason)
+{
+    QString host = address;
+    QString port = QStringLiteral("445");
+    if (address.startsWith(QLatin1Char('['))) {            // "[v6 address]" or "[v6 address]:port"
+        const int close = address.indexOf(QLatin1Char(']'));
+        host = address.mid(1, close - 1);
+        if (close > 0 && address.mid(close + 1).startsWith(QLatin1Char(':')))
+            port = address.mid(close + 2);
+    } else if (address.count(QLatin1Char(':')) == 1) {      // "host:port"; more colons: a bare v6 address
+        host = address.section(QLatin1Char(':'), 0, 0);
+        port = address.section(QLatin1Char(':'), 1);
+    }
+    addrinfo hints {};
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (const int code = ::getaddrinfo(host.toUtf8().constData(), port.toUtf8().constData(), &hints, &found)) {
+        reason = QString::fromLocal8Bit(::gai_strerror(code));
+        return false;
+    }
+    bool reached = false;
+    for (addrinfo* candidate = found; candidate && !reached; candidate = candidate->ai_next) {
+        const int fd = ::socket(candidate->ai_family, candidate->ai_socktype | SOCK_NONBLOCK, candidate->ai_protocol);
+        if (fd < 0) {
+            reason = QString::fromLocal8Bit(std::strerror(errno));
+            continue;
+        }
+        int error = 0;
+        if (::connect(fd, candidate->ai_addr, candidate->ai_addrlen) != 0) {
+            error = errno;
+            if (error == EINPROGRESS) {
+                pollfd poll { fd, POLLOUT, 0 };
+                if (::poll(&poll, 1, C_serverProbeMs) == 1) {
+                    socklen_t length = sizeof error;
+                    ::getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &length);
+                } else {
+                    error = ETIMEDOUT;
+                }
+            }
+        }
+        ::close(fd);
+        reached = error == 0;
+        if (!reached)
+            reason = QString::fromLocal8Bit(std::strerror(error));
+    }
+    ::freeaddrinfo(found);
+    return reached;
+}
+}
+
 int cmdTestShare(CommandContext& context)
 {
     QTextStream input(stdin);
     const QString password = input.readLine();
+    const QString address = context.arguments.at(0);
+    QJsonArray steps;
+    const auto step = [&](const QString& name, bool ok, const QString& message) {
+        steps.append(QJsonObject { { "step", name }, { "ok", ok }, { "message", message } });
+        if (!context.json) {
+            out() << qSetFieldWidth(36) << Qt::left << name << qSetFieldWidth(0) << " " << (ok ? "ok" : "FAILED")
+                  << (message.isEmpty() ? QString() : QStringLiteral(": ") + message) << "\n";
+            out().flush();
+        }
+    };
+
+    QString reason;
+    if (!serverReachable(address, reason)) {
+        step(QStringLiteral("server ") + address, false, reason);
+        if (context.json)
+            out() << QJsonDocument(QJsonObject { { "success", false }, { "message", reason }, { "steps", steps } })
+                         .toJson(QJsonDocument::Indented);
+        return CeExitFailed;
+    }
+    step(QStringLiteral("server ") + address, true, QString());
 
     Directories* directories = context.station.configuration()->directories();
     bool finished = false;
@@ -462,9 +473,12 @@ int cmdTestShare(CommandContext& context)
     directories->testFolderConnection(context.arguments.at(0), context.options.value(QStringLiteral("domain")),
                                       context.options.value(QStringLiteral("user")), password, context.arguments.at(1));
     if (!waitUntil([&finished] { return finished; }, 30000)) {
-        err() << "station-config: the test did not report\n";
-        return 1;
+        err() << "station-config: timed out after 30 s waiting for the share test to report\n";
+        return CeExitTimedOut;
     }
-    printReport(QJsonObject { { "success", success }, { "message", message } }, context.json);
-    return success ? 0 : 1;
+    step(QStringLiteral("mount, write, read, compare, delete"), success, message);
+    if (context.json)
+        out() << QJsonDocument(QJsonObject { { "success", success }, { "message", message }, { "steps", steps } })
+                     .toJson(QJsonDocument::Indented);
+    return success ? CeExitSuccess : CeExitFailed;
 }

@@ -2,6 +2,7 @@
 
 #include "arguments.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
@@ -15,21 +16,46 @@ int cmdFolders(CommandContext& context)
 {
     Directories* directories = context.station.configuration()->directories();
 
+    const int waitSeconds = context.options.value(QStringLiteral("wait")).toInt();
+    // While waiting, each share's state changes are printed as they happen.
+    const bool showChanges = waitSeconds > 0 && !context.json;
+    QElapsedTimer clock;
+    clock.start();
+    const auto said = [&clock](const QString& alias, const QString& what) {
+        out() << QString::number(double(clock.elapsed()) / 1000, 'f', 1).rightJustified(6) << " s  " << alias << ": "
+              << what << "\n";
+        out().flush();
+    };
+
     QMap<QString, QString> lastError;
     QMap<QString, QString> lastState;
     QObject::connect(directories, &Directories::networkFolderConnectionError,
-                     [&lastError](const QString& alias, const QString& message, bool) { lastError[alias] = message; });
+                     [&](const QString& alias, const QString& message, bool) {
+                         if (showChanges && lastError.value(alias) != message)
+                             said(alias, message);
+                         lastError[alias] = message;
+                     });
     for (const auto& folder : directories->folders()->list()) {
         if (folder)
             QObject::connect(folder.data(), &Folder::folderStatusChanged,
-                             [&lastState](const QString& alias, const QVariantMap& status) {
-                                 lastState[alias] = status.value(QStringLiteral("state")).toString();
+                             [&](const QString& alias, const QVariantMap& status) {
+                                 const QString state = status.value(QStringLiteral("state")).toString();
+                                 if (showChanges && lastState.value(alias) != state)
+                                     said(alias, state);
+                                 lastState[alias] = state;
                              });
     }
 
-    const int waitSeconds = context.options.value(QStringLiteral("wait")).toInt();
     QSet<QString> failedPermanently;
     bool timedOut = false;
+    if (showChanges) {
+        for (const auto& folder : directories->folders()->list()) {
+            if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba"))
+                said(folder->aliasName(), directories->networkStorage().value(folder->aliasName())
+                                              ? QStringLiteral("available")
+                                              : QStringLiteral("not connected yet; waiting up to %1 s").arg(waitSeconds));
+        }
+    }
     if (waitSeconds > 0)
         timedOut = !waitForNetworkFolders(directories, failedPermanently, waitSeconds * 1000);
 

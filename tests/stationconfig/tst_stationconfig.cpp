@@ -226,8 +226,21 @@ private slots:
                                          << "\ndirectories.folders.0.id=\\{5c1f7a2e-9b3d-4e86-a0f4-2d7c6b1e8a93\\}\n.*\ngeneral.sound_volume=70\n" << "" << "";
 
         // A wait that runs out: exit 4 and one line naming what did not settle (no server on the demo share).
-        QTest::newRow("folders: wait times out") << QStringList{"folders", "--wait", "1"} << 4 << "Plant_Share .* no \\("
+        QTest::newRow("folders: wait times out") << QStringList{"folders", "--wait", "1"} << 4
+                                                 << "^ +0.0 s  Plant_Share: not connected yet; waiting up to 1 s\n.*Plant_Share .* no \\("
                                                  << "^station-config: timed out after 1 s waiting for Plant_Share\n$" << "";
+
+        // Long work says what it does: the share test step by step with the system's reason,
+        // the sync pass with a summary per mirror.
+        QTest::newRow("test-share: closed port") << QStringList{"test-share", "127.0.0.1:1", "share", "--user", "u"} << 1
+                                                 << "^server 127.0.0.1:1 +FAILED: Connection refused\n$" << "" << "";
+        QTest::newRow("test-share: json") << QStringList{"test-share", "127.0.0.1:1", "share", "--user", "u", "--json"} << 1
+                                          << "\"step\": \"server 127.0.0.1:1\"" << "" << "";
+        QTest::newRow("test-share: unknown host") << QStringList{"test-share", "nosuchhost.invalid", "share", "--user", "u"} << 1
+                                                  << "^server nosuchhost.invalid +FAILED: \\S" << "" << "";
+        QTest::newRow("sync: pass with the share away") << QStringList{"sync", "--now"} << 4
+                                                        << "^results -> Plant_Share: unreachable, 0 copied \\(0.0 MB\\), 0 skipped, 0 failed, 0.0 s\n$"
+                                                        << "^station-config: Plant_Share not reachable after 15 s; mirrors to it do not run\n$" << "";
 
         // Quiet by default: the library's log lines go to the tool's log file, to stderr with --verbose.
         const QString logFile = "/state/station-config/station-config.log";
