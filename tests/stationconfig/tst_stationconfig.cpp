@@ -409,6 +409,58 @@ private slots:
         QCOMPARE(valueAt(readJson(document()), "general.sound_volume").toInt(), 70);
     }
 
+    // The bash completion offers commands, options of the command, keys and their values.
+    void completion_data()
+    {
+        QTest::addColumn<QStringList>("words");      // after the program; the last one is being completed
+        QTest::addColumn<QStringList>("offered");    // each must be among the completions
+        QTest::addColumn<QStringList>("absent");     // none may be
+
+        QTest::newRow("commands") << QStringList{"st"} << QStringList{"status", "storage"} << QStringList{"sync", "set"};
+        QTest::newRow("global options") << QStringList{"--"} << QStringList{"--station", "--json", "--verbose"} << QStringList{"--now"};
+        QTest::newRow("options of the command") << QStringList{"sync", "--"} << QStringList{"--now", "--reset", "--json"}
+                                                << QStringList{"--wait", "--show-secrets"};
+        QTest::newRow("keys") << QStringList{"--station", "@station", "set", "general.so"} << QStringList{"general.sound_volume"}
+                              << QStringList{"general.workplace_name"};
+        QTest::newRow("choices") << QStringList{"--station", "@station", "set", "regionalSettings.language", ""}
+                                 << QStringList{"de_DE", "en_GB", "fr_FR"} << QStringList{"true"};
+        QTest::newRow("choices with spaces") << QStringList{"--station", "@station", "set", "regionalSettings.hourFormat", ""}
+                                             << QStringList{"24\\ h", "12\\ h"} << QStringList{};
+        QTest::newRow("booleans") << QStringList{"--station", "@station", "set", "general.hideProductionTimer", ""}
+                                  << QStringList{"true", "false"} << QStringList{};
+        QTest::newRow("regions") << QStringList{"--station", "@station", "timezones", "Eu"} << QStringList{"Europe"}
+                                 << QStringList{"America"};
+    }
+
+    void completion()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QStringList, offered);
+        QFETCH(QStringList, absent);
+        if (QStandardPaths::findExecutable("bash").isEmpty())
+            QSKIP("needs bash");
+
+        QStringList quoted{"'" + C_tool + "'"};
+        for (QString word : words)
+            quoted << "'" + word.replace("@station", m_station) + "'";
+        const QString script = QString("source '%1'; COMP_WORDS=(%2); COMP_CWORD=%3; _station_config; "
+                                       "printf '%s\\n' \"${COMPREPLY[@]}\"")
+                                   .arg(QStringLiteral(STATION_COMPLETION_FILE), quoted.join(' '))
+                                   .arg(words.size());
+        QProcess bash;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_STATE_HOME", m_dir.path() + "/state");
+        bash.setProcessEnvironment(environment);
+        bash.start("bash", {"-c", script});
+        QVERIFY(bash.waitForFinished(60000));
+        QCOMPARE(bash.exitCode(), 0);
+        const QStringList reply = QString::fromUtf8(bash.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+        for (const QString& word : offered)
+            QVERIFY2(reply.contains(word), qPrintable(word + " not in " + reply.join(' ')));
+        for (const QString& word : absent)
+            QVERIFY2(!reply.contains(word), qPrintable(word + " in " + reply.join(' ')));
+    }
+
     void command()
     {
         QFETCH(QStringList, arguments);
