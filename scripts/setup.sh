@@ -10,6 +10,7 @@ packages=(
     libkf5archive-dev
     samba smbclient libsmbclient-dev libfuse3-dev fuse3
     tzdata rsync zip
+    clang libclang-rt-14-dev
 )
 
 missing=()
