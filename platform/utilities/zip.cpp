@@ -140,15 +140,22 @@ bool extractFile(const KZipFileEntry* entry, const QString& entryPath, Extractio
         refuse(entryPath, QStringLiteral("outside destination"));
         return false;
     }
-    const QString parent = QFileInfo(target).absolutePath();
-    if (!QDir().mkpath(parent)) {
-        LogLine::critical(nullptr, C_source, __LINE__, QStringLiteral("ERROR: cannot create directory:"), parent);
-        return false;
-    }
-    // A directory link already present in the destination must not lead the file elsewhere.
-    if (!isUnder(extraction.root, QFileInfo(parent).canonicalFilePath())) {
-        refuse(entryPath, QStringLiteral("outside destination"));
-        return false;
+    // The parent is made one directory at a time, each checked before the next is created in
+    // it: a directory link already present in the destination must not lead anything elsewhere.
+    QString parent = extraction.root;
+    const QString relativeParent = target.mid(extraction.root.size() + 1).section(QLatin1Char('/'), 0, -2);
+    const QStringList directories = relativeParent.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (const QString& directory : directories) {
+        const QString next = parent + QLatin1Char('/') + directory;
+        if (!QFileInfo(next).isSymLink() && !QFileInfo::exists(next) && !QDir(parent).mkdir(directory)) {
+            LogLine::critical(nullptr, C_source, __LINE__, QStringLiteral("ERROR: cannot create directory:"), next);
+            return false;
+        }
+        parent = QFileInfo(next).canonicalFilePath();
+        if (parent.isEmpty() || !isUnder(extraction.root, parent) || !QFileInfo(parent).isDir()) {
+            refuse(entryPath, QStringLiteral("outside destination"));
+            return false;
+        }
     }
     const QFileInfo existing(target);
     if (existing.isSymLink() || (existing.exists() && !existing.isFile())) {

@@ -124,6 +124,8 @@ private Q_SLOTS:
         QTest::newRow("files through a directory link already in the destination are refused")
             << QList<Entry>{ { Entry::File, "link/through.txt", "x" }, { Entry::File, "link/target.txt", "x" } }
             << usual << 2 << "link";
+        QTest::newRow("no directory is made through a directory link already in the destination")
+            << QList<Entry>{ { Entry::File, "link/deeper/x.txt", "x" } } << usual << 1 << "link";
     }
     void refusesEntriesOutsideDestination()
     {
