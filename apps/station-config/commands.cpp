@@ -118,17 +118,20 @@ bool waitForNetworkFolders(Directories* directories, QSet<QString>& failedPerman
             if (isPermanent)
                 failedPermanently.insert(alias);
         });
-    const bool settled = waitUntil([&] {
-        for (const auto& folder : directories->folders()->list()) {
-            if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
-                && !directories->networkStorage().value(folder->aliasName())
-                && !failedPermanently.contains(folder->aliasName()))
-                return false;
-        }
-        return true;
-    }, timeoutMs);
+    const bool settled = waitUntil([&] { return unconnectedShares(directories, failedPermanently).isEmpty(); }, timeoutMs);
     QObject::disconnect(connection);
     return settled;
+}
+
+QStringList unconnectedShares(Directories* directories, const QSet<QString>& except)
+{
+    QStringList aliases;
+    for (const auto& folder : directories->folders()->list()) {
+        if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
+            && !directories->networkStorage().value(folder->aliasName()) && !except.contains(folder->aliasName()))
+            aliases << folder->aliasName();
+    }
+    return aliases;
 }
 
 int cmdStatus(CommandContext& context)

@@ -40,6 +40,8 @@ bool waitUntil(const std::function<bool()>& done, int timeoutMs);
 class Directories;
 template <typename T> class QSet;
 bool waitForNetworkFolders(Directories* directories, QSet<QString>& failedPermanently, int timeoutMs);
+// Aliases of the enabled network folders that are not connected, but those in `except`.
+QStringList unconnectedShares(Directories* directories, const QSet<QString>& except);
 
 int cmdStatus(CommandContext& context);
 int cmdPaths(CommandContext& context);

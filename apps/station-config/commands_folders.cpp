@@ -87,15 +87,8 @@ int cmdFolders(CommandContext& context)
     const auto finish = [&]() {
         if (!timedOut)
             return int(CeExitSuccess);
-        QStringList pending;
-        for (const auto& folder : directories->folders()->list()) {
-            if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
-                && !directories->networkStorage().value(folder->aliasName())
-                && !failedPermanently.contains(folder->aliasName()))
-                pending << folder->aliasName();
-        }
         err() << "station-config: timed out after " << waitSeconds << " s waiting for "
-              << pending.join(QStringLiteral(", ")) << "\n";
+              << unconnectedShares(directories, failedPermanently).join(QStringLiteral(", ")) << "\n";
         return int(CeExitTimedOut);
     };
     if (context.json) {

@@ -193,15 +193,18 @@ int cmdSync(CommandContext& context)
     bool timedOut = false;
     QJsonArray summary;
     if (context.options.isSet(QStringLiteral("now"))) {
-        // Mirrors to a share only run once the share is mounted.
+        // Mirrors to a share only run once the share is mounted; a terminal is told what it waits for.
+        if (::isatty(STDERR_FILENO)) {
+            const QStringList pending = unconnectedShares(directories, {});
+            if (!pending.isEmpty()) {
+                err() << "waiting up to " << C_shareWaitMs / 1000 << " s for " << pending.join(QStringLiteral(", "))
+                      << " to connect\n";
+                err().flush();
+            }
+        }
         QSet<QString> failedPermanently;
         const bool sharesSettled = waitForNetworkFolders(directories, failedPermanently, C_shareWaitMs);
-        QStringList unreachable;
-        for (const auto& folder : directories->folders()->list()) {
-            if (folder && folder->isEnabled() && folder->type() == QLatin1String("samba")
-                && !directories->networkStorage().value(folder->aliasName()))
-                unreachable << folder->aliasName();
-        }
+        const QStringList unreachable = unconnectedShares(directories, {});
         if (!unreachable.isEmpty()) {
             err() << "station-config: " << unreachable.join(QStringLiteral(", ")) << " not reachable after "
                   << C_shareWaitMs / 1000 << " s; mirrors to it do not run\n";
