@@ -154,7 +154,8 @@ QString Arguments::helpText(const QString& logFile) const
     text += QStringLiteral(
         "\nExit codes: 0 success, 1 the operation failed, 2 usage error, 3 the settings document is\n"
         "unusable (nothing was changed), 4 a wait timed out.\n"
-        "Station: --station DIR, else $STATION_DIR, else a writable copy of the demo station.\n");
+        "Station: --station DIR, else $STATION_DIR, else a writable copy of the demo station.\n"
+        "Negative numbers are values; any other value starting with '-' goes after '--'.\n");
     if (!logFile.isEmpty())
         text += QStringLiteral("Log file: %1 (on standard error too with --verbose)\n").arg(logFile);
     return text;

@@ -143,6 +143,10 @@ private slots:
         QTest::newRow("usage: missing argument") << QStringList{"get"} << 2 << "" << "'get' needs more arguments\nusage: station-config get KEY" << "";
         QTest::newRow("usage: exclusive options") << QStringList{"sync", "--now", "--reset"} << 2 << "" << "exclude each other" << "";
         QTest::newRow("usage: test-share without user") << QStringList{"test-share", "127.0.0.1", "x"} << 2 << "" << "needs '--user USER'" << "";
+        QTest::newRow("usage: dash value needs --") << QStringList{"set", "templates.report_footer", "-x"} << 2 << ""
+                                                    << usage.arg("unknown option '-x'") << "templates.report_footer=\"Tightening report - keep for 10 years\"";
+        QTest::newRow("set: dash value after --") << QStringList{"set", "--", "templates.report_footer", "-x"} << 0 << "^-x\n$" << ""
+                                                  << "templates.report_footer=\"-x\"";
         QTest::newRow("usage: flag with a value") << QStringList{"status", "--json=yes"} << 2 << "" << "takes no value" << "";
 
         // set: a value of the wrong type or outside the allowed set is refused (exit 1, one
