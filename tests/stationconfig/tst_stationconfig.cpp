@@ -172,8 +172,15 @@ private slots:
                                            << "'abc' is not a whole number; allowed: 1000..600000" << "sync.interval_ms=60000";
         QTest::newRow("set: below the interval bounds") << QStringList{"set", "sync.interval_ms", "999"} << 1 << ""
                                                         << "'999' is outside 1000..600000" << "sync.interval_ms=60000";
+        // The bounds described are the ones the library keeps when it reads the document again.
         QTest::newRow("set: interval") << QStringList{"set", "sync.interval_ms", "1000"} << 0 << "^1000\n$" << ""
                                        << "sync.interval_ms=1000";
+        QTest::newRow("set: interval at the upper bound") << QStringList{"set", "sync.interval_ms", "600000"} << 0 << "^600000\n$" << ""
+                                                          << "sync.interval_ms=600000";
+        QTest::newRow("set: interval above the bounds") << QStringList{"set", "sync.interval_ms", "600001"} << 1 << ""
+                                                        << "'600001' is outside 1000..600000" << "sync.interval_ms=60000";
+        QTest::newRow("set: volume at the clamp") << QStringList{"set", "general.sound_volume", "100"} << 0 << "^100\n$" << ""
+                                                  << "general.sound_volume=100";
         QTest::newRow("set: scalar over a section") << QStringList{"set", "general", "5"} << 1 << ""
                                                     << "^station-config: general is a section, not a value; its keys: workplace_name, .*sound_volume"
                                                     << "general.sound_volume=70";
