@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMutex>
+#include <QMutexLocker>
 
 #include <cstdio>
 
@@ -30,6 +32,8 @@ QFile* logFile()
             delete opened;
             return static_cast<QFile*>(nullptr);
         }
+        // Private to the owner, like the settings document it talks about.
+        opened->setPermissions(QFile::ReadOwner | QFile::WriteOwner);
         return opened;
     }();
     return file;
@@ -39,6 +43,9 @@ void handler(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     static const char* const levels[] = { "debug", "warning", "critical", "fatal", "info" };
     const QByteArray text = message.trimmed().toUtf8();
+    // The sync and share workers log from their own threads.
+    static QMutex mutex;
+    const QMutexLocker locker(&mutex);
     if (QFile* file = logFile()) {
         const QByteArray time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs).toUtf8();
         file->write(time + ' ' + s_origin + ' ' + levels[type] + ": " + text + '\n');

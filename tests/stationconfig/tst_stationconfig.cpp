@@ -296,6 +296,7 @@ private slots:
         QCOMPARE(result.code, 0);
         QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
         QFile log(path);
+        QCOMPARE(log.permissions() & 0x0077, QFile::Permissions());
         QVERIFY(log.open(QIODevice::ReadOnly));
         const QString text = QString::fromUtf8(log.readAll());
         QVERIFY2(text.contains(QRegularExpression("\\[\\d+\\] --station \\S+ folders critical: .*Failure to access the alias folder: Plant_Share")),
