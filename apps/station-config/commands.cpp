@@ -386,9 +386,6 @@ int cmdApplyUpdate(CommandContext& context)
     return consumed ? CeExitSuccess : CeExitFailed;
 }
 
-namespace {
-// The first step of a share test: can a TCP connection reach ADDRESS ("host" or "host:port",
-// port 445 by default)? The system's reason when it cannot.
 bool serverReachable(const QString& address, QString& reason)
 {
     QString host = address;
@@ -436,7 +433,6 @@ bool serverReachable(const QString& address, QString& reason)
     }
     ::freeaddrinfo(found);
     return reached;
-}
 }
 
 int cmdTestShare(CommandContext& context)

@@ -43,6 +43,10 @@ bool waitForNetworkFolders(Directories* directories, QSet<QString>& failedPerman
 // Aliases of the enabled network folders that are not connected, but those in `except`.
 QStringList unconnectedShares(Directories* directories, const QSet<QString>& except);
 
+// Can a TCP connection reach ADDRESS ("host" or "host:port", port 445 by default)? The
+// system's reason when it cannot.
+bool serverReachable(const QString& address, QString& reason);
+
 int cmdStatus(CommandContext& context);
 int cmdPaths(CommandContext& context);
 int cmdSync(CommandContext& context);
@@ -60,3 +64,4 @@ int cmdList(CommandContext& context);
 int cmdHistory(CommandContext& context);
 int cmdDiff(CommandContext& context);
 int cmdRollback(CommandContext& context);
+int cmdDoctor(CommandContext& context);

@@ -44,6 +44,7 @@ const QList<Command>& commands()
         { { "history", "history", "kept versions of the settings document, newest (0) first", 0, 0 }, false, CeIgnores, cmdHistory },
         { { "diff", "diff [N]", "key by key, what differs between version N (default 0) and the document", 0, 1 }, false, CeIgnores, cmdDiff },
         { { "rollback", "rollback N", "restores version N of the document (the current one is kept as a version)", 1, 1 }, false, CeIgnores, cmdRollback },
+        { { "doctor", "doctor", "checks the station: document, storage, network folders, sync database, targets; changes nothing", 0, 0 }, false, CeIgnores, cmdDoctor },
     };
     return table;
 }
@@ -149,12 +150,14 @@ int main(int argc, char* argv[])
         err() << "station-config: using the demo station " << directory << " (choose one with --station DIR or STATION_DIR)\n";
     Station station(directory);
     const bool writes = command->document == CeWrites || name == QLatin1String("rollback");
-    // apply-update must place its package before the library starts.
-    if (name != QLatin1String("apply-update") && !station.open(command->loadsFolders, error, writes)) {
+    // apply-update must place its package before the library starts; doctor never starts it
+    // (starting it creates folders, mounts shares and opens the sync database).
+    const bool opensItself = name == QLatin1String("apply-update") || name == QLatin1String("doctor");
+    if (!opensItself && !station.open(command->loadsFolders, error, writes)) {
         err() << "station-config: " << error << "\n";
         return CeExitFailed;
     }
-    if (command->document != CeIgnores && name != QLatin1String("apply-update") && !station.isDocumentUsable()) {
+    if (command->document != CeIgnores && !opensItself && !station.isDocumentUsable()) {
         err() << "station-config: " << station.unusableMessage() << "\n";
         return CeExitUnusable;
     }
