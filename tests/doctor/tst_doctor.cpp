@@ -124,6 +124,49 @@ private slots:
         QVERIFY2(text.out.endsWith("0 error(s), 0 warning(s)\n"), qPrintable(text.out));
     }
 
+    // Files of a mirrored role that the database does not record as they are now are pending.
+    void pendingFiles()
+    {
+        const QString station = freshCopy();
+        QVERIFY(!station.isEmpty());
+        const QString document = station + "/config/settings.json";
+        QJsonObject root = readJson(document);
+        QJsonObject directories = root.value("directories").toObject();
+        QString archive;
+        for (const QJsonValue& folder : directories.value("folders").toArray()) {
+            if (folder.toObject().value("aliasName").toString() == "Archive")
+                archive = folder.toObject().value("id").toString();
+        }
+        QVERIFY(!archive.isEmpty());
+        directories.insert("foldersRoles", QJsonObject { { "results", archive } });
+        root.insert("directories", directories);
+        QVERIFY(writeJson(document, root));
+
+        // Three results: one copied as it is, one changed since its copy, one never copied.
+        const QString results = station + "/storage/internal/results";
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(1700000000000);
+        for (const char* name : { "copied.db", "changed.db", "new.db" }) {
+            QFile file(results + '/' + name);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("12345") == 5 && file.flush());
+            QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+        }
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "pending");
+            db.setDatabaseName(station + "/storage/sync.db");
+            QVERIFY(db.open());
+            QSqlQuery query(db);
+            QVERIFY(query.exec("INSERT INTO files VALUES ('results', 'copied.db', '/share', 5, 1700000000000, 5, 1700000000000)"));
+            QVERIFY(query.exec("INSERT INTO files VALUES ('results', 'changed.db', '/share', 4, 1700000000000, 4, 1700000000000)"));
+            db.close();
+        }
+        QSqlDatabase::removeDatabase("pending");
+
+        Run json, text;
+        diagnose(station, json, text);
+        QCOMPARE(json.code, 0);
+        QCOMPARE(check(json.json, "sync-pending").value("message").toString(), QString("2 file(s) waiting for the next pass"));
+    }
+
     void fault_data()
     {
         QTest::addColumn<Fault>("fault");
