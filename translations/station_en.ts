@@ -179,6 +179,22 @@
         <source>Close</source>
         <translation>Close</translation>
     </message>
+    <message id="StationSettings_Confirm_close">
+        <source>Close without saving? The changes made here are lost.</source>
+        <translation>Close without saving? The changes made here are lost.</translation>
+    </message>
+    <message id="StationSettings_Confirm_close_accept">
+        <source>Close without saving</source>
+        <translation>Close without saving</translation>
+    </message>
+    <message id="StationSettings_Confirm_reload">
+        <source>Read the settings again from the station? The changes not saved here are lost.</source>
+        <translation>Read the settings again from the station? The changes not saved here are lost.</translation>
+    </message>
+    <message id="StationSettings_Confirm_reload_accept">
+        <source>Reload and lose changes</source>
+        <translation>Reload and lose changes</translation>
+    </message>
     <message id="StationSettings_Conflict_overwrite">
         <source>Overwrite</source>
         <translation>Overwrite</translation>
@@ -263,9 +279,17 @@
         <source>Server address</source>
         <translation>Server address</translation>
     </message>
+    <message id="StationSettings_Folders_address_required">
+        <source>A server address is required for a network folder.</source>
+        <translation>A server address is required for a network folder.</translation>
+    </message>
     <message id="StationSettings_Folders_alias">
         <source>Alias</source>
         <translation>Alias</translation>
+    </message>
+    <message id="StationSettings_Folders_alias_required">
+        <source>An alias is required.</source>
+        <translation>An alias is required.</translation>
     </message>
     <message id="StationSettings_Folders_applied">
         <source>Folder %1 applied; save to keep it.</source>
@@ -279,9 +303,17 @@
         <source>Choose a folder in the list, or create a new one.</source>
         <translation>Choose a folder in the list, or create a new one.</translation>
     </message>
+    <message id="StationSettings_Folders_confirm_delete">
+        <source>Delete the folder %1? Its role is left without a folder until another one takes it.</source>
+        <translation>Delete the folder %1? Its role is left without a folder until another one takes it.</translation>
+    </message>
     <message id="StationSettings_Folders_counters">
         <source>Network folders: %1 of %2 connected - removable: %3 of %4</source>
         <translation>Network folders: %1 of %2 connected - removable: %3 of %4</translation>
+    </message>
+    <message id="StationSettings_Folders_delete_title">
+        <source>Delete a folder</source>
+        <translation>Delete a folder</translation>
     </message>
     <message id="StationSettings_Folders_disabled">
         <source>Disabled</source>
@@ -667,6 +699,10 @@
         <source>Status output</source>
         <translation>Status output</translation>
     </message>
+    <message id="StationSettings_Sync_confirm_reset">
+        <source>Reset the synchronisation database? The next pass compares and copies every mirrored file again.</source>
+        <translation>Reset the synchronisation database? The next pass compares and copies every mirrored file again.</translation>
+    </message>
     <message id="StationSettings_Sync_has_mirror">
         <source>At least one folder is mirrored to a network folder</source>
         <translation>At least one folder is mirrored to a network folder</translation>
@@ -742,6 +778,14 @@
     <message id="StationSettings_Templates_company">
         <source>Company</source>
         <translation>Company</translation>
+    </message>
+    <message id="StationSettings_Templates_confirm_delete">
+        <source>Delete the template %1 from the station? The file is removed at once.</source>
+        <translation>Delete the template %1 from the station? The file is removed at once.</translation>
+    </message>
+    <message id="StationSettings_Templates_delete_title">
+        <source>Delete a template</source>
+        <translation>Delete a template</translation>
     </message>
     <message id="StationSettings_Templates_file_placeholder">
         <source>path of a template file to add</source>

@@ -236,12 +236,19 @@ void SettingsApp::keepSystemSettings()
     DZuConfiguration::setCompositorConfigPath(QString());
 }
 
+void SettingsApp::refreshTemplates()
+{
+    if (DZuConfiguration* configuration = m_station.configuration())
+        configuration->directories()->updateTemplatesList();
+}
+
 bool SettingsApp::load(QQmlApplicationEngine& engine)
 {
     Q_INIT_RESOURCE(settings_qml);
-    // Fusion reads well on a desktop; an explicit choice in the environment wins.
+    // The station's panel is used by touch: Material's controls are finger-sized (48 px); an
+    // explicit choice in the environment wins.
     if (qEnvironmentVariableIsEmpty("QT_QUICK_CONTROLS_STYLE"))
-        QQuickStyle::setStyle(QStringLiteral("Fusion"));
+        QQuickStyle::setStyle(QStringLiteral("Material"));
     if (DZuConfiguration* configuration = m_station.configuration()) {
         connect(configuration, &DZuConfiguration::documentStateChanged, this, &SettingsApp::sltUpdateDocumentDamage,
                 Qt::UniqueConnection);

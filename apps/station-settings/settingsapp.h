@@ -50,6 +50,9 @@ public:
     Q_INVOKABLE bool startFromDefaults();
     // Reads the list of kept versions again.
     Q_INVOKABLE void refreshHistory();
+    // Reads the template folder again (after a template was added or deleted), leaving every
+    // other setting as it is in memory.
+    Q_INVOKABLE void refreshTemplates();
 
     // Installs the English catalogue (build tree first, then the installed one).
     static bool installCatalogue(QCoreApplication& application);

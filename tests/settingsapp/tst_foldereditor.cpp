@@ -178,11 +178,18 @@ void TestFolderEditor::savedFolderComesBackOnReload()
     // Deleted in memory only: the reload brings it back from the file.
     directories()->selectFolder(directories()->folders()->list().indexOf(folderNamed(m_alias, count)));
     QVERIFY(m_fixture.click(QStringLiteral("deleteFolderButton")));
+    // Deleting asks first.
+    QTRY_VERIFY(m_fixture.property(QStringLiteral("deleteFolderConfirm"), "opened").toBool());
+    QVERIFY(m_fixture.click(QStringLiteral("deleteFolderConfirmAccept")));
     QVERIFY(folderNamed(m_alias, count).isNull());
     QVERIFY(showsUnsaved());
 
     QSignalSpy reloaded(m_fixture.app(), &SettingsApp::reloaded);
     QVERIFY(m_fixture.click(QStringLiteral("reloadButton")));
+    // With unsaved changes, reloading asks first.
+    QTRY_VERIFY(m_fixture.property(QStringLiteral("reloadConfirm"), "opened").toBool());
+    QCOMPARE(reloaded.count(), 0);
+    QVERIFY(m_fixture.click(QStringLiteral("reloadConfirmAccept")));
     QCOMPARE(reloaded.count(), 1);
     QVERIFY(!showsUnsaved());
     const QSharedPointer<Folder> back = folderNamed(m_alias, count);

@@ -11,6 +11,12 @@ Dialog {
     anchors.centerIn: Overlay.overlay
     width: Math.min(parent.width - 80, 560)
     padding: 16
+    // Framed without the style's shadow layer, which a software-rendered panel cannot show.
+    background: Rectangle {
+        color: "#ffffff"
+        border.color: "#78909c"
+        radius: 4
+    }
 
     Label {
         id: message
@@ -22,14 +28,14 @@ Dialog {
     footer: RowLayout {
         spacing: 8
         Item { Layout.fillWidth: true }
-        Button {
+        TouchButton {
             objectName: dialog.objectName + "Cancel"
             Layout.bottomMargin: 8
             //% "Cancel"
             text: qsTrId("StationSettings_Cancel")
             onClicked: dialog.reject()
         }
-        Button {
+        TouchButton {
             id: acceptButton
             objectName: dialog.objectName + "Accept"
             Layout.bottomMargin: 8

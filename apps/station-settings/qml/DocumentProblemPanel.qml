@@ -109,7 +109,7 @@ Pane {
                 //% "Or start from the default settings: the damaged file is kept beside the document as %1.damaged-<time>, and the first save writes a new document."
                 text: qsTrId("StationSettings_Document_way_defaults").arg(zuConfig.documentFilePath.replace(/.*\//, ""))
             }
-            Button {
+            TouchButton {
                 objectName: "startFromDefaultsButton"
                 //% "Start from defaults..."
                 text: qsTrId("StationSettings_Document_start_from_defaults")

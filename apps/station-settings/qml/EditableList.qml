@@ -26,10 +26,10 @@ GroupBox {
                 clip: true
                 model: box.items
                 currentIndex: -1
-                ScrollBar.vertical: ScrollBar {}
+                ScrollIndicator.vertical: ScrollIndicator {}
                 delegate: ItemDelegate {
                     width: ListView.view.width
-                    height: 30
+                    height: 48
                     text: modelData
                     highlighted: ListView.isCurrentItem
                     onClicked: {
@@ -40,23 +40,23 @@ GroupBox {
             }
         }
         RowLayout {
-            TextField {
+            TouchField {
                 id: field
                 Layout.fillWidth: true
             }
-            Button {
+            TouchButton {
                 //% "Add"
                 text: qsTrId("StationSettings_Add")
                 enabled: field.text.length > 0
                 onClicked: box.added(field.text)
             }
-            Button {
+            TouchButton {
                 //% "Change"
                 text: qsTrId("StationSettings_Change")
                 enabled: list.currentIndex >= 0 && field.text.length > 0
                 onClicked: box.edited(list.currentIndex, field.text)
             }
-            Button {
+            TouchButton {
                 text: qsTrId("StationSettings_Delete")
                 enabled: list.currentIndex >= 0
                 onClicked: {

@@ -43,7 +43,24 @@ Frame {
         message = ""
     }
 
+    // Why the fields cannot be applied as they are; empty when they can.
+    function missingField() {
+        if (aliasField.text.trim().length === 0)
+            //% "An alias is required."
+            return qsTrId("StationSettings_Folders_alias_required")
+        if (isNetwork && addressField.text.trim().length === 0)
+            //% "A server address is required for a network folder."
+            return qsTrId("StationSettings_Folders_address_required")
+        return ""
+    }
+
     function apply() {
+        var missing = missingField()
+        if (missing.length > 0) {
+            message = missing
+            messageIsError = true
+            return
+        }
         var result = directories.setFolderAlias(creating ? "" : folderId, roleBox.currentValue, typeBox.currentValue,
                                                 aliasField.text, pathField.text, domainField.text, addressField.text,
                                                 loginField.text, passwordField.text, enabledBox.checked)
@@ -100,7 +117,7 @@ Frame {
                 //% "Type"
                 text: qsTrId("StationSettings_Folders_type")
             }
-            ComboBox {
+            TouchComboBox {
                 id: typeBox
                 objectName: "folderTypeBox"
                 Layout.preferredWidth: 280
@@ -113,7 +130,7 @@ Frame {
                 //% "Alias"
                 text: qsTrId("StationSettings_Folders_alias")
             }
-            TextField {
+            TouchField {
                 id: aliasField
                 objectName: "folderAliasField"
                 Layout.fillWidth: true
@@ -124,7 +141,7 @@ Frame {
                 text: qsTrId("StationSettings_Folders_address")
                 visible: editor.isNetwork
             }
-            TextField {
+            TouchField {
                 id: addressField
                 objectName: "folderAddressField"
                 Layout.fillWidth: true
@@ -136,7 +153,7 @@ Frame {
                 //% "Path"
                 text: qsTrId("StationSettings_Folders_path")
             }
-            TextField {
+            TouchField {
                 id: pathField
                 objectName: "folderPathField"
                 Layout.fillWidth: true
@@ -147,7 +164,7 @@ Frame {
                 text: qsTrId("StationSettings_Folders_domain")
                 visible: editor.isNetwork
             }
-            TextField {
+            TouchField {
                 id: domainField
                 objectName: "folderDomainField"
                 Layout.fillWidth: true
@@ -159,7 +176,7 @@ Frame {
                 text: qsTrId("StationSettings_Folders_login")
                 visible: editor.isNetwork
             }
-            TextField {
+            TouchField {
                 id: loginField
                 objectName: "folderLoginField"
                 Layout.fillWidth: true
@@ -171,7 +188,7 @@ Frame {
                 text: qsTrId("StationSettings_Folders_password")
                 visible: editor.isNetwork
             }
-            TextField {
+            TouchField {
                 id: passwordField
                 objectName: "folderPasswordField"
                 Layout.fillWidth: true
@@ -183,7 +200,7 @@ Frame {
                 //% "Role"
                 text: qsTrId("StationSettings_Folders_role")
             }
-            ComboBox {
+            TouchComboBox {
                 id: roleBox
                 objectName: "folderRoleBox"
                 Layout.preferredWidth: 280
@@ -203,14 +220,14 @@ Frame {
         RowLayout {
             spacing: 8
             enabled: editor.creating || editor.folder !== null
-            Button {
+            TouchButton {
                 objectName: "applyFolderButton"
                 //% "Apply"
                 text: qsTrId("StationSettings_Apply")
                 highlighted: true
                 onClicked: editor.apply()
             }
-            Button {
+            TouchButton {
                 objectName: "cancelFolderButton"
                 //% "Cancel"
                 text: qsTrId("StationSettings_Cancel")
@@ -219,7 +236,7 @@ Frame {
                     editor.fill()
                 }
             }
-            Button {
+            TouchButton {
                 objectName: "testFolderButton"
                 //% "Test connection"
                 text: qsTrId("StationSettings_Folders_test_connection")

@@ -29,14 +29,49 @@ Item {
         return ""
     }
 
-    RowLayout {
+    // Beside the list when the page is wide enough for both, else below it (the page then scrolls).
+    readonly property bool sideBySide: width >= 1000
+    readonly property int listWidth: sideBySide ? 440 : width - 32
+
+    ConfirmDialog {
+        id: deleteConfirm
+        objectName: "deleteFolderConfirm"
+        //% "Delete a folder"
+        title: qsTrId("StationSettings_Folders_delete_title")
+        //% "Delete the folder %1? Its role is left without a folder until another one takes it."
+        text: directories.selectedFolder ? qsTrId("StationSettings_Folders_confirm_delete").arg(directories.selectedFolder.aliasName) : ""
+        acceptText: qsTrId("StationSettings_Delete")
+        onAccepted: {
+            directories.deleteSelectedFolder()
+            window.unsaved = true
+        }
+    }
+
+    Flickable {
+        id: flick
         anchors.fill: parent
-        anchors.margins: 16
-        spacing: 16
+        clip: true
+        contentWidth: width
+        contentHeight: layout.implicitHeight + 32
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        ScrollIndicator.vertical: ScrollIndicator {}
+
+    GridLayout {
+        id: layout
+        x: 16
+        y: 16
+        width: flick.width - 32
+        height: page.sideBySide ? flick.height - 32 : implicitHeight
+        columns: page.sideBySide ? 2 : 1
+        columnSpacing: 16
+        rowSpacing: 16
 
         ColumnLayout {
-            Layout.fillHeight: true
-            Layout.preferredWidth: 470
+            Layout.fillHeight: page.sideBySide
+            Layout.preferredWidth: page.listWidth
+            Layout.maximumWidth: page.listWidth
+            Layout.alignment: Qt.AlignTop
             spacing: 8
 
             Label {
@@ -54,7 +89,8 @@ Item {
 
             Frame {
                 Layout.fillWidth: true
-                Layout.fillHeight: true
+                Layout.fillHeight: page.sideBySide
+                Layout.preferredHeight: page.sideBySide ? -1 : 300
                 padding: 1
                 ListView {
                     id: folderList
@@ -63,14 +99,14 @@ Item {
                     clip: true
                     model: directories.folders
                     currentIndex: directories.selectedFolderIndex
-                    ScrollBar.vertical: ScrollBar {}
+                    ScrollIndicator.vertical: ScrollIndicator {}
                     delegate: ItemDelegate {
                         id: row
                         property var folder: object
                         // Rows may outlive their folder for a moment while the list is rebuilt.
                         readonly property bool ready: folder !== null && folder !== undefined
                         width: ListView.view.width
-                        height: 58
+                        height: 64
                         highlighted: ListView.isCurrentItem
                         onClicked: directories.selectFolder(index)
 
@@ -139,24 +175,23 @@ Item {
                 }
             }
 
-            RowLayout {
-                Button {
+            Flow {
+                Layout.fillWidth: true
+                spacing: 8
+                TouchButton {
                     objectName: "newFolderButton"
                     //% "New folder"
                     text: qsTrId("StationSettings_Folders_new")
                     onClicked: editor.startNew()
                 }
-                Button {
+                TouchButton {
                     objectName: "deleteFolderButton"
                     //% "Delete"
                     text: qsTrId("StationSettings_Delete")
                     enabled: directories.isSelectedFolderDeletable && !editor.creating
-                    onClicked: {
-                        directories.deleteSelectedFolder()
-                        window.unsaved = true
-                    }
+                    onClicked: deleteConfirm.open()
                 }
-                Button {
+                TouchButton {
                     objectName: "retryFolderButton"
                     //% "Retry connection"
                     text: qsTrId("StationSettings_Folders_retry")
@@ -171,7 +206,10 @@ Item {
             id: editor
             objectName: "folderEditor"
             Layout.fillWidth: true
-            Layout.fillHeight: true
+            Layout.fillHeight: page.sideBySide
+            Layout.minimumHeight: implicitHeight
+            Layout.alignment: Qt.AlignTop
         }
+    }
     }
 }

@@ -6,6 +6,9 @@ ScrollView {
     id: page
     clip: true
     contentWidth: availableWidth
+    // Scrolled by flicking on the panel: the bar only shows where the page is.
+    ScrollBar.vertical.interactive: false
+    ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
     ColumnLayout {
         width: page.availableWidth - 32
@@ -26,7 +29,7 @@ ScrollView {
                 //% "Workplace name"
                 text: qsTrId("StationSettings_General_workplace_name")
             }
-            TextField {
+            TouchField {
                 objectName: "workplaceNameField"
                 Layout.fillWidth: true
                 text: zuConfig.workplaceName
@@ -36,7 +39,7 @@ ScrollView {
                 //% "Production line"
                 text: qsTrId("StationSettings_General_production_line")
             }
-            TextField {
+            TouchField {
                 objectName: "productionLineField"
                 Layout.fillWidth: true
                 text: zuConfig.prodLineName

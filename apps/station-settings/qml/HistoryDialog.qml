@@ -12,6 +12,12 @@ Dialog {
     width: Math.min(parent.width - 40, 900)
     height: parent.height - 40
     padding: 12
+    // Framed without the style's shadow layer, which a software-rendered panel cannot show.
+    background: Rectangle {
+        color: "#ffffff"
+        border.color: "#78909c"
+        radius: 4
+    }
     //% "Kept versions of the settings document"
     title: qsTrId("StationSettings_History_title")
     onAboutToShow: station.refreshHistory()
@@ -36,7 +42,7 @@ Dialog {
 
     footer: RowLayout {
         Item { Layout.fillWidth: true }
-        Button {
+        TouchButton {
             objectName: "closeHistoryButton"
             Layout.margins: 8
             //% "Close"

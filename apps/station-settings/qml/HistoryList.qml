@@ -76,7 +76,7 @@ Item {
                               : qsTrId("StationSettings_History_no_keys")
                     }
                 }
-                Button {
+                TouchButton {
                     objectName: history.objectName + "Restore_" + modelData.number
                     //% "Restore..."
                     text: qsTrId("StationSettings_History_restore")

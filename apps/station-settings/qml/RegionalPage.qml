@@ -6,6 +6,9 @@ ScrollView {
     id: page
     clip: true
     contentWidth: availableWidth
+    // Scrolled by flicking on the panel: the bar only shows where the page is.
+    ScrollBar.vertical.interactive: false
+    ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
     // A combo box over a list of texts that follows the setting and reports the operator's choice.
     component ChoiceBox: ComboBox {
@@ -124,7 +127,7 @@ ScrollView {
                 //% "Custom server"
                 text: qsTrId("StationSettings_Regional_custom_ntp")
             }
-            TextField {
+            TouchField {
                 objectName: "customNtpField"
                 Layout.preferredWidth: 260
                 enabled: !zuConfig.useDefaultNtp

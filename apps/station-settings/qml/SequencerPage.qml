@@ -6,6 +6,9 @@ ScrollView {
     id: page
     clip: true
     contentWidth: availableWidth
+    // Scrolled by flicking on the panel: the bar only shows where the page is.
+    ScrollBar.vertical.interactive: false
+    ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
     // The media directory prefix the library adds to the stored script path.
     function relativeToMedia(path) {
@@ -64,10 +67,10 @@ ScrollView {
                             clip: true
                             model: zuConfig.sequenceIoRelations
                             currentIndex: -1
-                            ScrollBar.vertical: ScrollBar {}
+                            ScrollIndicator.vertical: ScrollIndicator {}
                             delegate: ItemDelegate {
                                 width: ListView.view.width
-                                height: 30
+                                height: 48
                                 highlighted: ListView.isCurrentItem
                                 onClicked: {
                                     relations.currentIndex = index
@@ -90,14 +93,14 @@ ScrollView {
                         to: 65535
                         editable: true
                     }
-                    TextField {
+                    TouchField {
                         id: nameField
                         objectName: "relationNameField"
                         Layout.fillWidth: true
                         //% "sequence name"
                         placeholderText: qsTrId("StationSettings_Sequencer_sequence_placeholder")
                     }
-                    Button {
+                    TouchButton {
                         text: qsTrId("StationSettings_Add")
                         enabled: nameField.text.length > 0
                         onClicked: {
@@ -108,12 +111,12 @@ ScrollView {
                                 relationMessage.text = qsTrId("StationSettings_Sequencer_code_taken").arg(codeBox.value)
                         }
                     }
-                    Button {
+                    TouchButton {
                         text: qsTrId("StationSettings_Change")
                         enabled: relations.currentIndex >= 0 && nameField.text.length > 0
                         onClicked: zuConfig.editSequenceIoRelation(relations.currentIndex, codeBox.value, nameField.text)
                     }
-                    Button {
+                    TouchButton {
                         text: qsTrId("StationSettings_Delete")
                         enabled: relations.currentIndex >= 0
                         onClicked: {
@@ -187,7 +190,7 @@ ScrollView {
                 //% "Script (in the media folder)"
                 text: qsTrId("StationSettings_Sequencer_script_path")
             }
-            TextField {
+            TouchField {
                 Layout.fillWidth: true
                 enabled: zuConfig.sequenceScriptLaunch
                 text: page.relativeToMedia(zuConfig.sequenceScriptPath)
@@ -197,7 +200,7 @@ ScrollView {
                 //% "Script data"
                 text: qsTrId("StationSettings_Sequencer_script_data")
             }
-            TextField {
+            TouchField {
                 Layout.fillWidth: true
                 enabled: zuConfig.sequenceScriptLaunch
                 text: page.relativeToMedia(zuConfig.sequenceScriptData)
@@ -207,7 +210,7 @@ ScrollView {
                 //% "Status output"
                 text: qsTrId("StationSettings_Sequencer_status_output")
             }
-            TextField {
+            TouchField {
                 Layout.preferredWidth: 200
                 text: zuConfig.sequenceStatusOutput
                 onTextEdited: zuConfig.sequenceStatusOutput = text

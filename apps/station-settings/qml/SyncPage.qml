@@ -6,6 +6,9 @@ ScrollView {
     id: page
     clip: true
     contentWidth: availableWidth
+    // Scrolled by flicking on the panel: the bar only shows where the page is.
+    ScrollBar.vertical.interactive: false
+    ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
     readonly property var manager: directories.syncManager
     property bool idle: true
@@ -13,6 +16,21 @@ ScrollView {
     property bool paused: false
     property bool resetting: false
     property string resetMessage
+
+    ConfirmDialog {
+        id: resetConfirm
+        objectName: "resetSyncConfirm"
+        title: qsTrId("StationSettings_Sync_reset_button")
+        //% "Reset the synchronisation database? The next pass compares and copies every mirrored file again."
+        text: qsTrId("StationSettings_Sync_confirm_reset")
+        //% "Reset"
+        acceptText: qsTrId("StationSettings_Sync_reset")
+        onAccepted: {
+            page.resetting = true
+            page.resetMessage = ""
+            directories.resetSyncDatabase()
+        }
+    }
 
     Connections {
         target: page.manager
@@ -79,7 +97,7 @@ ScrollView {
             }
             Item { width: 1; height: 1 }
             RowLayout {
-                Button {
+                TouchButton {
                     objectName: "pauseSyncButton"
                     //% "Pause"
                     text: qsTrId("StationSettings_Sync_pause")
@@ -89,7 +107,7 @@ ScrollView {
                         page.paused = true
                     }
                 }
-                Button {
+                TouchButton {
                     objectName: "resumeSyncButton"
                     //% "Resume"
                     text: qsTrId("StationSettings_Sync_resume")
@@ -113,16 +131,12 @@ ScrollView {
                 Layout.fillWidth: true
             }
             RowLayout {
-                Button {
+                TouchButton {
                     objectName: "resetSyncButton"
                     //% "Reset the synchronisation database"
                     text: qsTrId("StationSettings_Sync_reset_button")
                     enabled: !page.resetting
-                    onClicked: {
-                        page.resetting = true
-                        page.resetMessage = ""
-                        directories.resetSyncDatabase()
-                    }
+                    onClicked: resetConfirm.open()
                 }
                 BusyIndicator {
                     running: page.resetting

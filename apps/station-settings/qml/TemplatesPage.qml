@@ -6,11 +6,31 @@ ScrollView {
     id: page
     clip: true
     contentWidth: availableWidth
+    // Scrolled by flicking on the panel: the bar only shows where the page is.
+    ScrollBar.vertical.interactive: false
+    ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
     function logoUrl() {
         if (zuConfig.companyLogo.length === 0)
             return ""
         return "file://" + zuConfig.mediaDirectoryPath + "/" + zuConfig.companyLogo
+    }
+
+    ConfirmDialog {
+        id: deleteTemplateConfirm
+        objectName: "deleteTemplateConfirm"
+        readonly property string fileName: templates.currentIndex >= 0 ? directories.templatesList[templates.currentIndex] || "" : ""
+        //% "Delete a template"
+        title: qsTrId("StationSettings_Templates_delete_title")
+        //% "Delete the template %1 from the station? The file is removed at once."
+        text: qsTrId("StationSettings_Templates_confirm_delete").arg(fileName)
+        acceptText: qsTrId("StationSettings_Delete")
+        onAccepted: {
+            zuConfig.deleteTemplateFile(fileName)
+            templates.currentIndex = -1
+            // Only the template list is read again: the other settings keep their unsaved edits.
+            station.refreshTemplates()
+        }
     }
 
     ColumnLayout {
@@ -44,10 +64,10 @@ ScrollView {
                         clip: true
                         model: directories.templatesList
                         currentIndex: -1
-                        ScrollBar.vertical: ScrollBar {}
+                        ScrollIndicator.vertical: ScrollIndicator {}
                         delegate: ItemDelegate {
                             width: ListView.view.width
-                            height: 30
+                            height: 48
                             text: modelData
                             highlighted: ListView.isCurrentItem
                             onClicked: templates.currentIndex = index
@@ -62,14 +82,14 @@ ScrollView {
                     }
                 }
                 RowLayout {
-                    TextField {
+                    TouchField {
                         id: templateFile
                         objectName: "templateFileField"
                         Layout.fillWidth: true
                         //% "path of a template file to add"
                         placeholderText: qsTrId("StationSettings_Templates_file_placeholder")
                     }
-                    Button {
+                    TouchButton {
                         text: qsTrId("StationSettings_Add")
                         enabled: templateFile.text.length > 0
                         onClicked: {
@@ -81,15 +101,11 @@ ScrollView {
                                 templateFile.text = ""
                         }
                     }
-                    Button {
+                    TouchButton {
+                        objectName: "deleteTemplateButton"
                         text: qsTrId("StationSettings_Delete")
                         enabled: templates.currentIndex >= 0
-                        onClicked: {
-                            zuConfig.deleteTemplateFile(directories.templatesList[templates.currentIndex])
-                            templates.currentIndex = -1
-                            // Deleting does not refresh the list: reading the folders again does.
-                            station.reload()
-                        }
+                        onClicked: deleteTemplateConfirm.open()
                     }
                 }
             }
@@ -136,14 +152,14 @@ ScrollView {
                     }
                     RowLayout {
                         Layout.fillWidth: true
-                        TextField {
+                        TouchField {
                             id: logoField
                             Layout.fillWidth: true
                             text: zuConfig.companyLogo
                             //% "path of an image to use as logo"
                             placeholderText: qsTrId("StationSettings_Templates_logo_placeholder")
                         }
-                        Button {
+                        TouchButton {
                             //% "Use"
                             text: qsTrId("StationSettings_Templates_use_logo")
                             enabled: logoField.text.length > 0 && logoField.text !== zuConfig.companyLogo
@@ -174,13 +190,13 @@ ScrollView {
                         //% "Report footer"
                         text: qsTrId("StationSettings_Templates_footer")
                     }
-                    TextField {
+                    TouchField {
                         id: footerField
                         Layout.fillWidth: true
                         text: zuConfig.reportFooter
                     }
                     Item { width: 1; height: 1 }
-                    Button {
+                    TouchButton {
                         //% "Apply to the reports"
                         text: qsTrId("StationSettings_Templates_apply_parameters")
                         enabled: addressArea.text !== zuConfig.companyAddress || footerField.text !== zuConfig.reportFooter

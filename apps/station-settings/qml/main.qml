@@ -1,13 +1,36 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Controls.Material 2.15
 import QtQuick.Layouts 1.15
 
 ApplicationWindow {
     id: window
     objectName: "settingsWindow"
-    width: 1180
-    height: 760
+    // A station's panel: 1024x600 is the smallest the screens are laid out for.
+    width: 1280
+    height: 800
+    minimumWidth: 1024
+    minimumHeight: 600
     visible: true
+    // Text and fields sized for a finger on the panel.
+    font.pixelSize: 16
+    // Set once the operator agreed to close with unsaved changes.
+    property bool closeConfirmed: false
+
+    onClosing: {
+        if (window.unsaved && !window.closeConfirmed) {
+            close.accepted = false
+            closeConfirm.open()
+        }
+    }
+
+    // Reading the station again drops unsaved edits: asks first when there are some.
+    function requestReload() {
+        if (window.unsaved)
+            reloadConfirm.open()
+        else
+            station.reload()
+    }
     //% "Station settings"
     title: qsTrId("StationSettings_Window_title") + " - " + zuConfig.workplaceName
 
@@ -97,6 +120,31 @@ ApplicationWindow {
         }
     }
     ConfirmDialog {
+        id: reloadConfirm
+        objectName: "reloadConfirm"
+        //% "Reload"
+        title: qsTrId("StationSettings_Reload")
+        //% "Read the settings again from the station? The changes not saved here are lost."
+        text: qsTrId("StationSettings_Confirm_reload")
+        //% "Reload and lose changes"
+        acceptText: qsTrId("StationSettings_Confirm_reload_accept")
+        onAccepted: station.reload()
+    }
+    ConfirmDialog {
+        id: closeConfirm
+        objectName: "closeConfirm"
+        //% "Unsaved changes"
+        title: qsTrId("StationSettings_Unsaved_changes")
+        //% "Close without saving? The changes made here are lost."
+        text: qsTrId("StationSettings_Confirm_close")
+        //% "Close without saving"
+        acceptText: qsTrId("StationSettings_Confirm_close_accept")
+        onAccepted: {
+            window.closeConfirmed = true
+            window.close()
+        }
+    }
+    ConfirmDialog {
         id: defaultsConfirm
         objectName: "defaultsConfirm"
         //% "Start from defaults"
@@ -114,6 +162,12 @@ ApplicationWindow {
         anchors.centerIn: Overlay.overlay
         width: Math.min(parent.width - 80, 600)
         padding: 16
+        // Framed without the style's shadow layer, which a software-rendered panel cannot show.
+        background: Rectangle {
+            color: "#ffffff"
+            border.color: "#78909c"
+            radius: 4
+        }
         //% "Changed by another program"
         title: qsTrId("StationSettings_Conflict_title")
         Label {
@@ -125,20 +179,20 @@ ApplicationWindow {
         footer: RowLayout {
             spacing: 8
             Item { Layout.fillWidth: true }
-            Button {
+            TouchButton {
                 objectName: "conflictCancelButton"
                 Layout.bottomMargin: 8
                 text: qsTrId("StationSettings_Cancel")
                 onClicked: conflictDialog.close()
             }
-            Button {
+            TouchButton {
                 objectName: "conflictReloadButton"
                 Layout.bottomMargin: 8
                 //% "Reload"
                 text: qsTrId("StationSettings_Reload")
                 onClicked: { conflictDialog.close(); station.reload() }
             }
-            Button {
+            TouchButton {
                 objectName: "conflictOverwriteButton"
                 Layout.bottomMargin: 8
                 Layout.rightMargin: 8
@@ -150,7 +204,21 @@ ApplicationWindow {
     }
 
     header: ToolBar {
+        id: headerBar
         objectName: "headerBar"
+        // Light text on a dark header, whatever the style's primary colour.
+        readonly property color backgroundColor: "#263238"
+        Material.theme: Material.Dark
+        Material.background: backgroundColor
+        Material.foreground: "#ffffff"
+        Material.accent: Material.LightBlue
+        palette.window: backgroundColor
+        palette.windowText: "#ffffff"
+        palette.buttonText: "#ffffff"
+        background: Rectangle {
+            objectName: "headerBackground"
+            color: headerBar.backgroundColor
+        }
         RowLayout {
             anchors.fill: parent
             anchors.leftMargin: 12
@@ -158,8 +226,11 @@ ApplicationWindow {
             spacing: 12
             ColumnLayout {
                 spacing: 0
+                Layout.fillWidth: true
                 Label {
                     text: zuConfig.workplaceName
+                    color: "#ffffff"
+                    Layout.fillWidth: true
                     font.bold: true
                     font.pixelSize: 16
                     elide: Text.ElideRight
@@ -167,39 +238,44 @@ ApplicationWindow {
                 Label {
                     //% "Line: %1 - station directory: %2"
                     text: qsTrId("StationSettings_Header_line_and_directory").arg(zuConfig.prodLineName).arg(station.directory)
-                    opacity: 0.7
+                    color: "#cfd8dc"
                     font.pixelSize: 11
                     elide: Text.ElideMiddle
                     Layout.fillWidth: true
                 }
             }
-            Item { Layout.fillWidth: true }
             Label {
                 text: dateTime.currentDate + "  " + dateTime.currentTime
-                opacity: 0.7
+                color: "#cfd8dc"
             }
             Label {
                 objectName: "unsavedLabel"
                 visible: window.unsaved
                 //% "Unsaved changes"
                 text: qsTrId("StationSettings_Unsaved_changes")
-                color: "#b26a00"
+                color: "#ffcc80"
                 font.bold: true
             }
             Button {
                 objectName: "historyButton"
+                // Text buttons on the dark header.
+                flat: true
                 //% "History"
                 text: qsTrId("StationSettings_History")
                 onClicked: historyDialog.open()
             }
             Button {
                 objectName: "reloadButton"
+                // Text buttons on the dark header.
+                flat: true
                 //% "Reload"
                 text: qsTrId("StationSettings_Reload")
-                onClicked: station.reload()
+                onClicked: window.requestReload()
             }
             Button {
                 objectName: "saveButton"
+                // Text buttons on the dark header.
+                flat: true
                 //% "Save"
                 text: qsTrId("StationSettings_Save")
                 highlighted: true
@@ -245,12 +321,12 @@ ApplicationWindow {
                 ]
                 delegate: ItemDelegate {
                     width: ListView.view.width
-                    height: 40
+                    height: 52
                     text: modelData
                     highlighted: ListView.isCurrentItem
                     onClicked: pageList.currentIndex = index
                     background: Rectangle {
-                        color: parent.highlighted ? parent.palette.highlight : parent.hovered ? "#dfe4ea" : "transparent"
+                        color: parent.highlighted ? "#c5dcf2" : parent.hovered ? "#dfe4ea" : "transparent"
                     }
                 }
             }
@@ -284,6 +360,9 @@ ApplicationWindow {
                         color: banner.isError ? "#8a1f1b" : "#1d5e20"
                     }
                     ToolButton {
+                        objectName: "bannerCloseButton"
+                        implicitWidth: 48
+                        implicitHeight: 48
                         text: "\u2715"
                         onClicked: banner.visible = false
                     }
