@@ -60,7 +60,7 @@ private slots:
     void cleanupTestCase() { m_server.stop(); }
 
     // The station is not running, so nothing mounts the share: that alone is a warning.
-    void healthy()
+    void healthyNotMounted()
     {
         const QString path = station(m_server.password());
         QVERIFY(!path.isEmpty());
@@ -69,6 +69,43 @@ private slots:
         QCOMPARE(check(result.json, "share:Plant_Share:server").value("level").toString(), QString("ok"));
         QCOMPARE(check(result.json, "share:Plant_Share:credentials").value("level").toString(), QString("ok"));
         QCOMPARE(notOk(result.json), QStringList { "share:Plant_Share:mounted=warning" });
+    }
+
+    // Mounted where the station mounts it (by the station's own mount helper): every check ok.
+    void healthyMounted()
+    {
+        if (!QFile::exists("/dev/fuse"))
+            QSKIP("needs /dev/fuse");
+        const QString path = station(m_server.password());
+        QVERIFY(!path.isEmpty());
+        const QString mountPoint = path + "/storage/mnt/Plant_Share";
+        QVERIFY(QDir().mkpath(mountPoint));
+        QProcess helper;
+        helper.start(QStringLiteral(STATION_SMBMOUNT_BINARY),
+                     { "//" + m_server.address() + '/' + m_server.shareName(), mountPoint });
+        helper.write(("username=" + m_server.user() + "\npassword=" + m_server.password() + "\n").toUtf8());
+        helper.closeWriteChannel();
+        struct Unmount {
+            QProcess& helper;
+            QString path;
+            ~Unmount()
+            {
+                QProcess::execute("fusermount3", { "-u", "-z", path });
+                helper.terminate();
+                if (!helper.waitForFinished(10000))
+                    helper.kill();
+                helper.waitForFinished();
+            }
+        } unmount { helper, mountPoint };
+        QVERIFY2(helper.waitForReadyRead(30000) && helper.readAllStandardOutput().contains("ready"),
+                 qPrintable(QString::fromUtf8(helper.readAllStandardError())));
+
+        const Run result = diagnose(path);
+        QVERIFY2(result.code == 0, qPrintable(result.out + result.err));
+        QVERIFY2(notOk(result.json).isEmpty(), qPrintable(result.out));
+        QVERIFY2(check(result.json, "share:Plant_Share:mounted").value("message").toString().contains("fuse"),
+                 qPrintable(result.out));
+        QCOMPARE(check(result.json, "share:Plant_Share:writable").value("level").toString(), QString("ok"));
     }
 
     void wrongPassword()
