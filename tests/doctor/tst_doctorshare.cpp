@@ -10,6 +10,22 @@
 
 using namespace DoctorStation;
 
+// A share mounted by the station's own mount helper, unmounted at the end of its scope.
+struct Mount {
+    QProcess helper;
+    QString path;
+    ~Mount()
+    {
+        if (path.isEmpty())
+            return;
+        QProcess::execute("fusermount3", { "-u", "-z", path });
+        helper.terminate();
+        if (!helper.waitForFinished(10000))
+            helper.kill();
+        helper.waitForFinished();
+    }
+};
+
 class TestDoctorShare : public QObject
 {
     Q_OBJECT
@@ -47,6 +63,19 @@ class TestDoctorShare : public QObject
         return result;
     }
 
+    // Mounts the share where the station mounts it.
+    bool mount(Mount& mount, const QString& station, const QStringList& options)
+    {
+        mount.path = station + "/storage/mnt/Plant_Share";
+        if (!QDir().mkpath(mount.path))
+            return false;
+        mount.helper.start(QStringLiteral(STATION_SMBMOUNT_BINARY),
+                           options + QStringList { "//" + m_server.address() + '/' + m_server.shareName(), mount.path });
+        mount.helper.write(("username=" + m_server.user() + "\npassword=" + m_server.password() + "\n").toUtf8());
+        mount.helper.closeWriteChannel();
+        return mount.helper.waitForReadyRead(30000) && mount.helper.readAllStandardOutput().contains("ready");
+    }
+
 private slots:
     void initTestCase()
     {
@@ -71,41 +100,37 @@ private slots:
         QCOMPARE(notOk(result.json), QStringList { "share:Plant_Share:mounted=warning" });
     }
 
-    // Mounted where the station mounts it (by the station's own mount helper): every check ok.
+    // Mounted: every check ok, mounted and writable included.
     void healthyMounted()
     {
         if (!QFile::exists("/dev/fuse"))
             QSKIP("needs /dev/fuse");
         const QString path = station(m_server.password());
         QVERIFY(!path.isEmpty());
-        const QString mountPoint = path + "/storage/mnt/Plant_Share";
-        QVERIFY(QDir().mkpath(mountPoint));
-        QProcess helper;
-        helper.start(QStringLiteral(STATION_SMBMOUNT_BINARY),
-                     { "//" + m_server.address() + '/' + m_server.shareName(), mountPoint });
-        helper.write(("username=" + m_server.user() + "\npassword=" + m_server.password() + "\n").toUtf8());
-        helper.closeWriteChannel();
-        struct Unmount {
-            QProcess& helper;
-            QString path;
-            ~Unmount()
-            {
-                QProcess::execute("fusermount3", { "-u", "-z", path });
-                helper.terminate();
-                if (!helper.waitForFinished(10000))
-                    helper.kill();
-                helper.waitForFinished();
-            }
-        } unmount { helper, mountPoint };
-        QVERIFY2(helper.waitForReadyRead(30000) && helper.readAllStandardOutput().contains("ready"),
-                 qPrintable(QString::fromUtf8(helper.readAllStandardError())));
-
+        Mount mounted;
+        QVERIFY2(mount(mounted, path, {}), qPrintable(QString::fromUtf8(mounted.helper.readAllStandardError())));
         const Run result = diagnose(path);
         QVERIFY2(result.code == 0, qPrintable(result.out + result.err));
         QVERIFY2(notOk(result.json).isEmpty(), qPrintable(result.out));
         QVERIFY2(check(result.json, "share:Plant_Share:mounted").value("message").toString().contains("fuse"),
                  qPrintable(result.out));
         QCOMPARE(check(result.json, "share:Plant_Share:writable").value("level").toString(), QString("ok"));
+    }
+
+    // Mounted read-only: the share cannot take the station's files.
+    void mountedReadOnly()
+    {
+        if (!QFile::exists("/dev/fuse"))
+            QSKIP("needs /dev/fuse");
+        const QString path = station(m_server.password());
+        QVERIFY(!path.isEmpty());
+        Mount mounted;
+        QVERIFY2(mount(mounted, path, { "-o", "ro" }), qPrintable(QString::fromUtf8(mounted.helper.readAllStandardError())));
+        const Run result = diagnose(path);
+        QCOMPARE(result.code, 1);
+        QCOMPARE(notOk(result.json), QStringList { "share:Plant_Share:writable=error" });
+        QVERIFY2(check(result.json, "share:Plant_Share:writable").value("message").toString().endsWith("Read-only file system"),
+                 qPrintable(result.out));
     }
 
     void wrongPassword()
