@@ -194,6 +194,7 @@ void TestConfirmations::confirm()
     };
 
     ask();
+    QVERIFY(m_fixture.saveScreenshot(QStringLiteral("confirm_") + action));
     QVERIFY2(!done(), "done without an answer");
     QVERIFY(m_fixture.click(dialog + QStringLiteral("Cancel")));
     QTRY_VERIFY(!dialogOpen(dialog));

@@ -11,7 +11,7 @@ ScrollView {
     ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
     // A combo box over a list of texts that follows the setting and reports the operator's choice.
-    component ChoiceBox: ComboBox {
+    component ChoiceBox: TouchComboBox {
         property string current
         signal chosen(string value)
         Layout.preferredWidth: 260
