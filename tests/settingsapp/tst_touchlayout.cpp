@@ -38,6 +38,19 @@ struct Size
 };
 const Size C_sizes[] = { { "1024x600", 1024, 600 }, { "1280x800", 1280, 800 }, { "1920x1080", 1920, 1080 } };
 const char* const C_pages[] = { "general", "regional", "folders", "sequencer", "templates", "sync" };
+// Dialogs, opened over a page by the button that opens them: key, page, button, dialog.
+struct Dialog
+{
+    const char* key;
+    const char* page;
+    const char* button;
+    const char* dialog;
+};
+const Dialog C_dialogs[] = {
+    { "history dialog", "general", "historyButton", "historyDialog" },
+    { "folder delete question", "folders", "deleteFolderButton", "deleteFolderConfirm" },
+    { "sync reset question", "sync", "resetSyncButton", "resetSyncConfirm" },
+};
 
 // What an operator touches: buttons (and check boxes, delegates...), fields, boxes, sliders, and
 // scroll bars that can be dragged.
@@ -136,9 +149,18 @@ void TestTouchLayout::page_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QSize>("size");
+    // Empty for a page alone.
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("dialog");
     for (const Size& size : C_sizes) {
         for (const char* key : C_pages)
-            QTest::addRow("%s at %s", key, size.name) << QString::fromLatin1(key) << QSize(size.width, size.height);
+            QTest::addRow("%s at %s", key, size.name) << QString::fromLatin1(key) << QSize(size.width, size.height)
+                                                      << QString() << QString();
+        for (const Dialog& dialog : C_dialogs) {
+            QTest::addRow("%s at %s", dialog.key, size.name)
+                << QString::fromLatin1(dialog.page) << QSize(size.width, size.height)
+                << QString::fromLatin1(dialog.button) << QString::fromLatin1(dialog.dialog);
+        }
     }
 }
 
@@ -146,9 +168,24 @@ void TestTouchLayout::page()
 {
     QFETCH(QString, key);
     QFETCH(QSize, size);
+    QFETCH(QString, button);
+    QFETCH(QString, dialog);
     showPage(key, size);
     if (QTest::currentTestFailed())
         return;
+    QObject* popup = nullptr;
+    if (!dialog.isEmpty()) {
+        popup = m_fixture.item(dialog);
+        QVERIFY(popup);
+        QVERIFY(m_fixture.click(button));
+        QTRY_VERIFY(popup->property("opened").toBool());
+        QVERIFY(m_fixture.saveScreenshot(QStringLiteral("touch_%1_%2x%3").arg(dialog).arg(size.width()).arg(size.height())));
+    }
+    // Closed whatever the outcome, for the next row.
+    auto closePopup = qScopeGuard([popup] {
+        if (popup)
+            QMetaObject::invokeMethod(popup, "close");
+    });
 
     QQuickWindow* window = m_fixture.window();
     QStringList small;
@@ -188,6 +225,11 @@ void TestTouchLayout::page()
     walk(window->contentItem(), size.width());
 
     // The page and the header hold controls: an empty walk would prove nothing.
+    if (popup) {
+        // The dialog's own buttons were among them.
+        QVERIFY(m_fixture.isShown(dialog == QLatin1String("historyDialog") ? QStringLiteral("closeHistoryButton")
+                                                                           : dialog + QStringLiteral("Cancel")));
+    }
     QVERIFY2(controls >= 8, qPrintable(QStringLiteral("only %1 controls found").arg(controls)));
     QVERIFY2(small.isEmpty(), qPrintable(QStringLiteral("below %1 px: ").arg(C_minimumTarget) + small.join(QStringLiteral("; "))));
     QVERIFY2(outside.isEmpty(), qPrintable(QStringLiteral("past the right edge: ") + outside.join(QStringLiteral("; "))));

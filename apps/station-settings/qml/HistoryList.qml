@@ -19,7 +19,7 @@ Item {
         clip: true
         spacing: 4
         model: station.history
-        ScrollBar.vertical: ScrollBar { visible: list.contentHeight > list.height }
+        ScrollIndicator.vertical: ScrollIndicator {}
         delegate: Rectangle {
             width: ListView.view.width - 14
             height: row.implicitHeight + 12
