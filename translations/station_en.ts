@@ -443,6 +443,10 @@
         <source>Line: %1 - station directory: %2</source>
         <translation>Line: %1 - station directory: %2</translation>
     </message>
+    <message id="StationSettings_Header_preview">
+        <source>preview: system settings are not applied to this computer</source>
+        <translation>preview: system settings are not applied to this computer</translation>
+    </message>
     <message id="StationSettings_History">
         <source>History</source>
         <translation>History</translation>

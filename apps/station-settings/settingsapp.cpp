@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickStyle>
@@ -16,6 +17,9 @@
 static const char C_sourceFile[] = "apps/station-settings/settingsapp";
 static const char C_saveReason[] = "station-settings save";
 static const char C_timeFormat[] = "yyyy-MM-dd HH:mm:ss";
+// What the library runs on a real station.
+static const char C_systemTimeZoneCommand[] = "timedatectl";
+static const char C_systemCompositorFile[] = "/etc/xdg/weston/weston.ini";
 
 SettingsApp::SettingsApp(Station& station, QObject* parent)
     : QObject(parent)
@@ -255,6 +259,10 @@ bool SettingsApp::load(QQmlApplicationEngine& engine)
     }
     sltUpdateDocumentDamage();
     refreshHistory();
+    // What the library runs for the time zone and the keyboard map, once the station is open.
+    m_systemPreview = QFileInfo(DZuConfiguration::timeZoneCommand()).fileName() != QLatin1String(C_systemTimeZoneCommand)
+        || DZuConfiguration::compositorConfigPath() != QLatin1String(C_systemCompositorFile);
+    QCoreApplication::setApplicationVersion(QStringLiteral(STATION_APP_VERSION));
     engine.rootContext()->setContextProperty(QStringLiteral("station"), this);
     engine.load(QUrl(QStringLiteral("qrc:/station-settings/main.qml")));
     return !engine.rootObjects().isEmpty();

@@ -27,12 +27,17 @@ class SettingsApp : public QObject
     // How an unusable document is damaged: "" (usable), "empty" (no content), "torn" (stops
     // before the document is complete, as a write interrupted by a crash leaves it) or "invalid".
     Q_PROPERTY(QString documentDamage READ documentDamage NOTIFY documentDamageChanged)
+    // True when the station's system commands are stand-ins (a preview time-zone command, a
+    // compositor file other than the system's, or --apply-to-system not given): the time zone
+    // and keyboard map chosen are not applied to this computer. Read when the screens load.
+    Q_PROPERTY(bool systemPreview READ systemPreview CONSTANT)
 public:
     explicit SettingsApp(Station& station, QObject* parent = nullptr);
 
     QString directory() const;
     QVariantList history() const { return m_history; }
     QString documentDamage() const { return m_documentDamage; }
+    bool systemPreview() const { return m_systemPreview; }
 
     // Saves through the library under the lock, keeping the keys of the file it does not own.
     // Emits saved(), or sigSaveConflict() when another program changed the file since this one
@@ -84,4 +89,5 @@ private:
     Station& m_station;
     QVariantList m_history;
     QString m_documentDamage;
+    bool m_systemPreview = true;
 };

@@ -19,6 +19,8 @@ private slots:
     void page();
     void libraryErrorReachesBanner_data();
     void libraryErrorReachesBanner();
+    void honestTexts_data();
+    void honestTexts();
 
 private:
     // Visible texts (of any item with a "text" property) under `item` that look like an id.
@@ -145,6 +147,29 @@ void TestSettingsScreens::libraryErrorReachesBanner()
     QVERIFY(banner->property("visible").toBool());
     QCOMPARE(text->property("text").toString(), message);
     QCOMPARE(banner->property("isError").toBool(), isError);
+}
+
+void TestSettingsScreens::honestTexts_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("objectName");
+    QTest::addColumn<QString>("expectedText");
+    // The fixture points the time-zone command and the compositor file at stand-ins.
+    QTest::newRow("preview said in the header") << 0 << "previewNotice" << qtTrId("StationSettings_Header_preview");
+    QTest::newRow("application version on the general page")
+        << 0 << "versionLabel" << qtTrId("StationSettings_General_version").arg(QStringLiteral(STATION_VERSION));
+}
+
+void TestSettingsScreens::honestTexts()
+{
+    QFETCH(int, page);
+    QFETCH(QString, objectName);
+    QFETCH(QString, expectedText);
+    QVERIFY(QStringLiteral(STATION_VERSION).contains(QLatin1Char('.')));
+    m_fixture.window()->setProperty("currentPage", page);
+    QTRY_VERIFY(m_fixture.isShown(objectName));
+    QCOMPARE(m_fixture.text(objectName), expectedText);
+    QVERIFY(!m_fixture.text(objectName).contains(QLatin1Char('@')));
 }
 
 void TestSettingsScreens::collectRawIds(QQuickItem* item, QStringList& found) const

@@ -184,7 +184,7 @@ void TestTouchLayout::page()
     // Closed whatever the outcome, for the next row.
     auto closePopup = qScopeGuard([popup] {
         if (popup)
-            QMetaObject::invokeMethod(popup, "close");
+            popup->setProperty("visible", false);
     });
 
     QQuickWindow* window = m_fixture.window();
@@ -233,6 +233,10 @@ void TestTouchLayout::page()
     QVERIFY2(controls >= 8, qPrintable(QStringLiteral("only %1 controls found").arg(controls)));
     QVERIFY2(small.isEmpty(), qPrintable(QStringLiteral("below %1 px: ").arg(C_minimumTarget) + small.join(QStringLiteral("; "))));
     QVERIFY2(outside.isEmpty(), qPrintable(QStringLiteral("past the right edge: ") + outside.join(QStringLiteral("; "))));
+    if (popup) {
+        popup->setProperty("visible", false);
+        QTRY_VERIFY(!popup->property("visible").toBool());
+    }
 }
 
 void TestTouchLayout::headerContrast_data()
@@ -250,6 +254,16 @@ void TestTouchLayout::headerContrast()
     showPage(QStringLiteral("general"), size);
     if (QTest::currentTestFailed())
         return;
+    // Nothing dims the header.
+    const auto popups = m_fixture.window()->findChildren<QObject*>();
+    int dialogs = 0;
+    for (QObject* object : popups) {
+        if (object->inherits("QQuickPopup")) {
+            ++dialogs;
+            QVERIFY2(!object->property("visible").toBool(), qPrintable(object->objectName() + QStringLiteral(" is open")));
+        }
+    }
+    QVERIFY2(dialogs >= 5, qPrintable(QStringLiteral("%1 dialogs found").arg(dialogs)));
     auto* background = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("headerBackground")));
     QVERIFY(background);
     const QColor backgroundColor = background->property("color").value<QColor>();

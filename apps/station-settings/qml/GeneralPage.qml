@@ -134,8 +134,9 @@ ScrollView {
         }
 
         Label {
+            objectName: "versionLabel"
             //% "Version %1"
-            text: qsTrId("StationSettings_General_version").arg(zuConfig.version)
+            text: qsTrId("StationSettings_General_version").arg(Qt.application.version)
             opacity: 0.6
             Layout.bottomMargin: 16
         }

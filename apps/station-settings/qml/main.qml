@@ -208,6 +208,8 @@ ApplicationWindow {
         objectName: "headerBar"
         // Light text on a dark header, whatever the style's primary colour.
         readonly property color backgroundColor: "#263238"
+        // Room for the workplace, the line and directory, and the preview notice.
+        implicitHeight: 62
         Material.theme: Material.Dark
         Material.background: backgroundColor
         Material.foreground: "#ffffff"
@@ -241,6 +243,16 @@ ApplicationWindow {
                     color: "#cfd8dc"
                     font.pixelSize: 11
                     elide: Text.ElideMiddle
+                    Layout.fillWidth: true
+                }
+                Label {
+                    objectName: "previewNotice"
+                    visible: station.systemPreview
+                    //% "preview: system settings are not applied to this computer"
+                    text: qsTrId("StationSettings_Header_preview")
+                    color: "#ffcc80"
+                    font.pixelSize: 11
+                    elide: Text.ElideRight
                     Layout.fillWidth: true
                 }
             }
