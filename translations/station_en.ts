@@ -279,6 +279,10 @@
         <source>Server address</source>
         <translation>Server address</translation>
     </message>
+    <message id="StationSettings_Folders_address_invalid">
+        <source>Give a server name or an IPv4 address, with an optional port from 1 to 65535 (192.168.1.10:445).</source>
+        <translation>Give a server name or an IPv4 address, with an optional port from 1 to 65535 (192.168.1.10:445).</translation>
+    </message>
     <message id="StationSettings_Folders_address_required">
         <source>A server address is required for a network folder.</source>
         <translation>A server address is required for a network folder.</translation>
@@ -350,6 +354,10 @@
     <message id="StationSettings_Folders_role">
         <source>Role</source>
         <translation>Role</translation>
+    </message>
+    <message id="StationSettings_Folders_share_path_invalid">
+        <source>Give the share and, if needed, a folder in it, separated by / (results/line_b).</source>
+        <translation>Give the share and, if needed, a folder in it, separated by / (results/line_b).</translation>
     </message>
     <message id="StationSettings_Folders_status_detecting">
         <source>Looking for the server %1</source>

@@ -14,8 +14,8 @@ class TestConfirmations : public QObject
     Q_OBJECT
 private slots:
     void initTestCase();
-    void refuseIncompleteNewFolder_data();
-    void refuseIncompleteNewFolder();
+    void refuseInvalidNewFolder_data();
+    void refuseInvalidNewFolder();
     void reloadWithoutChangesAsksNothing();
     void confirm_data();
     void confirm();
@@ -72,25 +72,42 @@ void TestConfirmations::editInMemory()
     QTRY_VERIFY(m_fixture.window()->property("unsaved").toBool());
 }
 
-void TestConfirmations::refuseIncompleteNewFolder_data()
+void TestConfirmations::refuseInvalidNewFolder_data()
 {
     QTest::addColumn<QString>("alias");
     QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("expectedMessageId");
-    QTest::newRow("every field empty") << "" << "" << "" << "StationSettings_Folders_alias_required";
-    QTest::newRow("blank alias") << "   " << "127.0.0.1" << "share" << "StationSettings_Folders_alias_required";
-    QTest::newRow("no server address") << "Nameless" << "" << "share" << "StationSettings_Folders_address_required";
+    // The label beside the field at fault.
+    QTest::addColumn<QString>("problemLabel");
+    QTest::newRow("every field empty") << "" << "" << "" << "StationSettings_Folders_alias_required" << "aliasProblemLabel";
+    QTest::newRow("blank alias") << "   " << "127.0.0.1" << "share" << "StationSettings_Folders_alias_required" << "aliasProblemLabel";
+    QTest::newRow("alias of another folder") << "Plant_Share" << "127.0.0.1" << "share" << "Directories_Duplicate_alias" << "aliasProblemLabel";
+    QTest::newRow("no server address") << "Nameless" << "" << "share" << "StationSettings_Folders_address_required" << "addressProblemLabel";
+    QTest::newRow("server name with a space") << "Nameless" << "plant server" << "share" << "StationSettings_Folders_address_invalid" << "addressProblemLabel";
+    QTest::newRow("address part over 255") << "Nameless" << "192.168.1.300" << "share" << "StationSettings_Folders_address_invalid" << "addressProblemLabel";
+    QTest::newRow("port over 65535") << "Nameless" << "10.0.0.1:70000" << "share" << "StationSettings_Folders_address_invalid" << "addressProblemLabel";
+    QTest::newRow("no share path") << "Nameless" << "10.0.0.1" << "" << "StationSettings_Folders_share_path_invalid" << "pathProblemLabel";
+    QTest::newRow("share path in UNC form") << "Nameless" << "10.0.0.1" << "\\\\server\\share" << "StationSettings_Folders_share_path_invalid" << "pathProblemLabel";
+    QTest::newRow("share path from the root") << "Nameless" << "10.0.0.1" << "/station" << "StationSettings_Folders_share_path_invalid" << "pathProblemLabel";
 }
 
-void TestConfirmations::refuseIncompleteNewFolder()
+void TestConfirmations::refuseInvalidNewFolder()
 {
     QFETCH(QString, alias);
     QFETCH(QString, address);
     QFETCH(QString, path);
     QFETCH(QString, expectedMessageId);
+    QFETCH(QString, problemLabel);
     showPage(QStringLiteral("folders"));
     const int before = directories()->folders()->list().size();
+    auto named = [this](const QString& name) {
+        int count = 0;
+        for (const auto& folder : directories()->folders()->list())
+            count += folder->aliasName() == name ? 1 : 0;
+        return count;
+    };
+    const int namedBefore = named(alias.trimmed());
 
     QVERIFY(m_fixture.click(QStringLiteral("newFolderButton")));
     QObject* typeBox = m_fixture.item(QStringLiteral("folderTypeBox"));
@@ -106,9 +123,14 @@ void TestConfirmations::refuseIncompleteNewFolder()
     QVERIFY(m_fixture.item(QStringLiteral("folderPathField"))->setProperty("text", path));
 
     QVERIFY(m_fixture.click(QStringLiteral("applyFolderButton")));
-    QCOMPARE(m_fixture.text(QStringLiteral("folderEditorMessage")), qtTrId(expectedMessageId.toLatin1().constData()));
+    const QString expected = qtTrId(expectedMessageId.toLatin1().constData());
+    QVERIFY(expected != expectedMessageId);
+    QCOMPARE(m_fixture.text(QStringLiteral("folderEditorMessage")), expected);
+    QVERIFY(m_fixture.isShown(problemLabel));
+    QCOMPARE(m_fixture.text(problemLabel), expected);
+    QVERIFY(m_fixture.saveScreenshot(QStringLiteral("folder_refused_") + QString::fromLatin1(QTest::currentDataTag()).replace(QLatin1Char(' '), QLatin1Char('_'))));
     QCOMPARE(directories()->folders()->list().size(), before);
-    QVERIFY2(!hasFolder(alias) && !hasFolder(alias.trimmed()), "the folder was added");
+    QCOMPARE(named(alias.trimmed()), namedBefore);
     // Still editing the new folder, so that the operator can complete it.
     QVERIFY(m_fixture.item(QStringLiteral("folderEditor"))->property("creating").toBool());
     QVERIFY(m_fixture.click(QStringLiteral("cancelFolderButton")));

@@ -41,24 +41,69 @@ Frame {
             roleBox.model = roles
         roleBox.currentIndex = Math.max(0, roleBox.indexOfValue(role))
         message = ""
+        checkFields = false
     }
 
-    // Why the fields cannot be applied as they are; empty when they can.
-    function missingField() {
-        if (aliasField.text.trim().length === 0)
+    // Set by the first Apply: from then on each field's problem shows beside it as it is typed.
+    property bool checkFields: false
+    readonly property string aliasProblem: checkFields ? problemOfAlias(aliasField.text) : ""
+    readonly property string addressProblem: checkFields && isNetwork ? problemOfAddress(addressField.text) : ""
+    readonly property string pathProblem: checkFields && isNetwork ? problemOfSharePath(pathField.text) : ""
+
+    function problemOfAlias(text) {
+        var alias = text.trim()
+        if (alias.length === 0)
             //% "An alias is required."
             return qsTrId("StationSettings_Folders_alias_required")
-        if (isNetwork && addressField.text.trim().length === 0)
-            //% "A server address is required for a network folder."
-            return qsTrId("StationSettings_Folders_address_required")
+        var folders = directories.folders
+        for (var i = 0; i < folders.count; ++i) {
+            var other = folders.get(i)
+            if (other && other.aliasName === alias && (creating || other.id !== folderId))
+                return qsTrId("Directories_Duplicate_alias")
+        }
         return ""
     }
 
+    // A host name or an IPv4 address, with an optional port.
+    function problemOfAddress(text) {
+        var address = text.trim()
+        if (address.length === 0)
+            //% "A server address is required for a network folder."
+            return qsTrId("StationSettings_Folders_address_required")
+        var match = /^([A-Za-z0-9](?:[A-Za-z0-9-]{0,61}[A-Za-z0-9])?(?:\.[A-Za-z0-9](?:[A-Za-z0-9-]{0,61}[A-Za-z0-9])?)*)(?::([0-9]{1,5}))?$/.exec(address)
+        var valid = match !== null
+        if (valid && /^[0-9.]+$/.test(match[1])) {
+            var parts = match[1].split(".")
+            valid = parts.length === 4 && parts.every(function(part) { return Number(part) <= 255 })
+        }
+        if (valid && match[2] !== undefined)
+            valid = Number(match[2]) >= 1 && Number(match[2]) <= 65535
+        //% "Give a server name or an IPv4 address, with an optional port from 1 to 65535 (192.168.1.10:445)."
+        return valid ? "" : qsTrId("StationSettings_Folders_address_invalid")
+    }
+
+    // The share and an optional folder in it: names separated by "/", without "\\" or a drive.
+    function problemOfSharePath(text) {
+        var path = text.trim()
+        //% "Give the share and, if needed, a folder in it, separated by / (results/line_b)."
+        var invalid = qsTrId("StationSettings_Folders_share_path_invalid")
+        if (path.length === 0)
+            return invalid
+        return /^[^\\/:*?"<>|]+(\/[^\\/:*?"<>|]+)*$/.test(path) ? "" : invalid
+    }
+
+    // Why the fields cannot be applied as they are; empty when they can.
+    function fieldProblem() {
+        checkFields = true
+        return aliasProblem || addressProblem || pathProblem
+    }
+
     function apply() {
-        var missing = missingField()
-        if (missing.length > 0) {
-            message = missing
+        var problem = fieldProblem()
+        if (problem.length > 0) {
+            message = problem
             messageIsError = true
+            window.showMessage(problem, true)
             return
         }
         var result = directories.setFolderAlias(creating ? "" : folderId, roleBox.currentValue, typeBox.currentValue,
@@ -136,6 +181,16 @@ Frame {
                 Layout.fillWidth: true
                 enabled: editor.editable
             }
+            Item { width: 1; height: 1; visible: aliasProblemText.visible }
+            Label {
+                id: aliasProblemText
+                objectName: "aliasProblemLabel"
+                text: editor.aliasProblem
+                visible: text.length > 0
+                color: "#b52b27"
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+            }
             Label {
                 //% "Server address"
                 text: qsTrId("StationSettings_Folders_address")
@@ -149,6 +204,16 @@ Frame {
                 enabled: editor.editable
                 placeholderText: "192.168.1.10"
             }
+            Item { width: 1; height: 1; visible: addressProblemText.visible }
+            Label {
+                id: addressProblemText
+                objectName: "addressProblemLabel"
+                text: editor.addressProblem
+                visible: text.length > 0
+                color: "#b52b27"
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+            }
             Label {
                 //% "Path"
                 text: qsTrId("StationSettings_Folders_path")
@@ -158,6 +223,16 @@ Frame {
                 objectName: "folderPathField"
                 Layout.fillWidth: true
                 enabled: editor.editable
+            }
+            Item { width: 1; height: 1; visible: pathProblemText.visible }
+            Label {
+                id: pathProblemText
+                objectName: "pathProblemLabel"
+                text: editor.pathProblem
+                visible: text.length > 0
+                color: "#b52b27"
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
             }
             Label {
                 //% "Domain"

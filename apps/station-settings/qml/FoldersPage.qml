@@ -52,7 +52,7 @@ Item {
         anchors.fill: parent
         clip: true
         contentWidth: width
-        contentHeight: layout.implicitHeight + 32
+        contentHeight: layout.height + 32
         interactive: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
         ScrollIndicator.vertical: ScrollIndicator {}
@@ -62,7 +62,8 @@ Item {
         x: 16
         y: 16
         width: flick.width - 32
-        height: page.sideBySide ? flick.height - 32 : implicitHeight
+        // Fills the page beside the list, and grows (the page then scrolls) when the editor needs more.
+        height: page.sideBySide ? Math.max(flick.height - 32, implicitHeight) : implicitHeight
         columns: page.sideBySide ? 2 : 1
         columnSpacing: 16
         rowSpacing: 16
