@@ -26,6 +26,12 @@
 //   A file that cannot be trashed is not replaced (error signalled).
 // - Regular files only: symbolic links and empty directories are not mirrored.
 // - A distant root that does not exist is reported as unreachable and never created.
+// - An alias's pass holds its distant root open and works relative to it: nothing is created
+//   at or above the root. Before each file it checks that the path still names that directory
+//   (and, if it was a mount point, that it still is one); otherwise that alias's pass stops with
+//   "distant directory unreachable" and the files not copied stay unrecorded. A distant root
+//   found to be a mount point when added stays expected to be one at every later pass (a share
+//   unmounted leaves its bare mount point on the local disk).
 // - Aliases are available until setDirectoryAvailability(alias, false); the flag is kept for
 //   aliases not (yet) registered.
 // - requestSync() during a pass queues one more pass; while paused it is remembered and run by

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
+#include <QSet>
 #include <QThread>
 #include <QTimer>
 
@@ -36,6 +37,7 @@ public:
 
     QMap<QString, DSyncPassJob::Mirror> mirrors; // by alias
     QMap<QString, bool> availability;             // by alias; absent means available
+    QSet<QString> mountPointRoots;                // distant roots that were mount points when added
 
     // Read by the worker between files.
     std::atomic_bool paused {false};
@@ -90,7 +92,8 @@ void DSyncManager::Private::dispatchPass()
     job.databaseFilePath = databaseFilePath;
     job.trashDirectoryPath = trashDirectoryPath;
     job.excludedPatterns = excludedPatterns;
-    for (const DSyncPassJob::Mirror& mirror : qAsConst(mirrors)) {
+    for (DSyncPassJob::Mirror mirror : qAsConst(mirrors)) {
+        mirror.remoteMountPoint = mountPointRoots.contains(mirror.remotePath);
         if (availability.value(mirror.alias, true))
             job.mirrors << mirror;
     }
@@ -166,7 +169,9 @@ void DSyncManager::addDirectory(const QString& alias, const QString& localPath, 
                           local + QStringLiteral(" -> ") + remote);
         return;
     }
-    d->mirrors.insert(alias, DSyncPassJob::Mirror {alias, local, remote});
+    if (DSyncDistantRoot::isMountPoint(remote))
+        d->mountPointRoots.insert(remote);
+    d->mirrors.insert(alias, DSyncPassJob::Mirror {alias, local, remote, false});
     d->ensureStarted();
 }
 

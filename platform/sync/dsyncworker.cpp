@@ -10,7 +10,7 @@
 #include <QRandomGenerator>
 #include <QThread>
 
-#include <cstdio>
+#include <unistd.h>
 
 namespace {
 const char* const C_sourceFile = "platform/sync/dsyncworker";
@@ -21,13 +21,18 @@ qint64 modifiedMs(const QFileInfo& info)
     return info.lastModified().toMSecsSinceEpoch();
 }
 
-bool sameContent(const QString& a, const QString& b)
+// Same bytes in a local file and an open distant file (the descriptor is taken over).
+bool sameContent(const QString& localFile, int distantFd)
 {
-    QFile first(a);
-    QFile second(b);
-    if (first.size() != second.size())
+    if (distantFd < 0)
         return false;
-    if (!first.open(QIODevice::ReadOnly) || !second.open(QIODevice::ReadOnly))
+    QFile second;
+    if (!second.open(distantFd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(distantFd);
+        return false;
+    }
+    QFile first(localFile);
+    if (first.size() != second.size() || !first.open(QIODevice::ReadOnly))
         return false;
     while (!first.atEnd()) {
         const QByteArray x = first.read(C_bufferSize);
@@ -46,15 +51,6 @@ QString safeAlias(const QString& alias)
     if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String(".."))
         name = QStringLiteral("_");
     return name;
-}
-
-// Replaces the target in one step where the platform allows it, so that a reader sees either
-// the old or the new file, never none.
-bool renameOver(const QString& from, const QString& to)
-{
-    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
-        return true;
-    return QFile::remove(to) && QFile::rename(from, to);
 }
 }
 
@@ -137,19 +133,28 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
         fail(__LINE__, QStringLiteral("Local directory missing"), mirror.alias + QStringLiteral(": ") + mirror.localPath);
         return EnMirrorResult::CeMirrorDone;
     }
-    if (!QFileInfo(mirror.remotePath).isDir()) {
+    DSyncDistantRoot root;
+    if (!root.open(mirror.remotePath)) {
         fail(__LINE__, QStringLiteral("Distant directory unreachable"), mirror.alias + QStringLiteral(": ") + mirror.remotePath);
         return EnMirrorResult::CeMirrorDone;
     }
+    if (mirror.remoteMountPoint && !root.isMountPoint()) {
+        // The bare mount point of a share that went away lies on the local disk.
+        fail(__LINE__, QStringLiteral("Distant directory unreachable"),
+             mirror.alias + QStringLiteral(": ") + mirror.remotePath + QStringLiteral(" (no longer a mount point)"));
+        return EnMirrorResult::CeMirrorDone;
+    }
+    m_createdDirectories.clear();
 
+    EnMirrorResult result = EnMirrorResult::CeMirrorDone;
     const QHash<QString, DSyncDatabase::Record> records = database.records(mirror.alias);
     const QDir localDir(localRoot.absoluteFilePath());
     QDirIterator it(localDir.absolutePath(), QDir::Files | QDir::Hidden | QDir::NoSymLinks,
                     QDirIterator::Subdirectories);
     while (it.hasNext()) {
         if (shouldStop()) {
-            database.commit();
-            return EnMirrorResult::CeMirrorInterrupted;
+            result = EnMirrorResult::CeMirrorInterrupted;
+            break;
         }
         const QString localFile = it.next();
         const QFileInfo info = it.fileInfo();
@@ -165,69 +170,94 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
             record = &found.value();
         if (record && record->size == size && record->modified == modified)
             continue;
-        syncFile(database, job, mirror, relativePath, localFile, size, modified, record);
+        if (!rootStillThere(root, mirror)
+            || syncFile(database, job, root, mirror, relativePath, localFile, size, modified, record)
+                == EnFileResult::CeFileRootLost)
+            break;
     }
     database.commit();
-    return EnMirrorResult::CeMirrorDone;
+    return result;
 }
 
-bool DSyncWorker::syncFile(DSyncDatabase& database, const DSyncPassJob& job, const DSyncPassJob::Mirror& mirror,
-                           const QString& relativePath, const QString& localFile, qint64 size, qint64 modified,
-                           const DSyncDatabase::Record* record)
+bool DSyncWorker::rootStillThere(DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror)
+{
+    if (root.verify())
+        return true;
+    // Whatever now answers at that path (the bare mount point of an unmounted share) is not
+    // the distant side: the alias waits for the next pass.
+    fail(__LINE__, QStringLiteral("Pass stopped, distant directory unreachable"),
+         mirror.alias + QStringLiteral(": ") + mirror.remotePath + QStringLiteral(" (") + root.errorString()
+             + QLatin1Char(')'));
+    return false;
+}
+
+DSyncWorker::EnFileResult DSyncWorker::syncFile(DSyncDatabase& database, const DSyncPassJob& job,
+                                                DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror,
+                                                const QString& relativePath, const QString& localFile, qint64 size,
+                                                qint64 modified, const DSyncDatabase::Record* record)
 {
     emit syncStarted(localFile);
-    const QString distantFile = mirror.remotePath + QLatin1Char('/') + relativePath;
-    const QFileInfo distant(distantFile);
+    const DSyncDistantRoot::Entry distant = root.entry(relativePath);
 
     DSyncDatabase::Record written;
     written.distantRoot = mirror.remotePath;
     written.size = size;
     written.modified = modified;
 
-    if (distant.exists() || distant.isSymLink()) {
-        if (distant.isDir()) {
-            fail(__LINE__, QStringLiteral("Distant path is a directory"), distantFile);
+    if (distant.exists) {
+        if (distant.isDirectory) {
+            fail(__LINE__, QStringLiteral("Distant path is a directory"), mirror.remotePath + QLatin1Char('/') + relativePath);
             emit syncCompleted(localFile, false);
-            return false;
+            return EnFileResult::CeFileFailed;
         }
-        bool differs = true;
-        if (record) {
-            differs = distant.isSymLink() || distant.size() != record->distantSize
-                || modifiedMs(distant) != record->distantModified;
-        } else if (!distant.isSymLink() && sameContent(localFile, distantFile)) {
+        const bool asWritten = record && !distant.isSymLink && distant.size == record->distantSize
+            && distant.modified == record->distantModified;
+        if (!asWritten) {
             // Already there (e.g. after a wipe of the database): only remember it.
-            written.distantSize = distant.size();
-            written.distantModified = modifiedMs(distant);
-            const bool stored = database.store(mirror.alias, relativePath, written);
-            emit syncCompleted(localFile, stored);
-            return stored;
-        }
-        if (differs && !moveToTrash(job.trashDirectoryPath, mirror.alias, relativePath, distantFile)) {
-            emit syncCompleted(localFile, false);
-            return false;
+            if (!record && !distant.isSymLink && sameContent(localFile, root.openForReading(relativePath)))
+                return storeRecord(database, root, mirror, relativePath, localFile, written, false);
+            if (!moveToTrash(job.trashDirectoryPath, root, mirror.alias, relativePath)) {
+                emit syncCompleted(localFile, false);
+                return EnFileResult::CeFileFailed;
+            }
         }
     }
 
-    if (!copyThroughTemporary(localFile, distantFile, modified)) {
+    if (!copyThroughTemporary(root, localFile, relativePath, modified)) {
         emit syncCompleted(localFile, false);
-        return false;
+        return EnFileResult::CeFileFailed;
     }
-    const QFileInfo copied(distantFile);
-    written.distantSize = copied.size();
-    written.distantModified = modifiedMs(copied);
-    const bool stored = database.store(mirror.alias, relativePath, written);
-    if (!stored)
-        fail(__LINE__, QStringLiteral("Copied but not recorded"), localFile);
-    emit syncCompleted(localFile, stored);
-    return stored;
+    return storeRecord(database, root, mirror, relativePath, localFile, written, true);
 }
 
-bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& distantFile, qint64 modified)
+// Records the distant file as it is now, once sure it was written on the distant side.
+DSyncWorker::EnFileResult DSyncWorker::storeRecord(DSyncDatabase& database, DSyncDistantRoot& root,
+                                                   const DSyncPassJob::Mirror& mirror, const QString& relativePath,
+                                                   const QString& localFile, DSyncDatabase::Record record, bool copied)
 {
-    const QString directory = QFileInfo(distantFile).absolutePath();
+    if (!rootStillThere(root, mirror)) {
+        emit syncCompleted(localFile, false);
+        return EnFileResult::CeFileRootLost;
+    }
+    const DSyncDistantRoot::Entry distant = root.entry(relativePath);
+    record.distantSize = distant.size;
+    record.distantModified = distant.modified;
+    const bool stored = database.store(mirror.alias, relativePath, record);
+    if (!stored && copied)
+        fail(__LINE__, QStringLiteral("Copied but not recorded"), localFile);
+    emit syncCompleted(localFile, stored);
+    return stored ? EnFileResult::CeFileDone : EnFileResult::CeFileFailed;
+}
+
+bool DSyncWorker::copyThroughTemporary(DSyncDistantRoot& root, const QString& localFile, const QString& relativePath,
+                                       qint64 modified)
+{
+    const QString distantFile = root.path() + QLatin1Char('/') + relativePath;
+    const QString directory = QFileInfo(relativePath).path();
     if (!m_createdDirectories.contains(directory)) {
-        if (!QDir().mkpath(directory)) {
-            fail(__LINE__, QStringLiteral("Cannot create the distant directory"), directory);
+        if (!root.makeDirectories(directory)) {
+            fail(__LINE__, QStringLiteral("Cannot create the distant directory"),
+                 root.path() + QLatin1Char('/') + directory + QStringLiteral(": ") + root.errorString());
             return false;
         }
         m_createdDirectories.insert(directory);
@@ -239,19 +269,24 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
         return false;
     }
     // A hidden name of our own (rather than QTemporaryFile) keeps it to one create and one rename.
+    const QString directoryPrefix = directory == QLatin1String(".") ? QString() : directory + QLatin1Char('/');
+    QString temporaryPath;
     QFile temporary;
     for (int attempt = 0; attempt < 8 && !temporary.isOpen(); ++attempt) {
-        temporary.setFileName(directory + QLatin1Char('/') + C_temporaryPrefix
-                              + QString::number(QRandomGenerator::global()->generate64(), 36) + C_temporarySuffix);
-        temporary.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+        temporaryPath = directoryPrefix + C_temporaryPrefix
+            + QString::number(QRandomGenerator::global()->generate64(), 36) + C_temporarySuffix;
+        const int fd = root.createNew(temporaryPath);
+        if (fd >= 0 && !temporary.open(fd, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
+            ::close(fd);
     }
     if (!temporary.isOpen()) {
         fail(__LINE__, QStringLiteral("Cannot write in the distant directory"),
-             directory + QStringLiteral(": ") + temporary.errorString());
+             root.path() + QLatin1Char('/') + directory + QStringLiteral(": ") + root.errorString());
         return false;
     }
-    const auto discard = [&temporary, this](int line, const QString& message, const QString& detail) {
-        temporary.remove();
+    const auto discard = [&](int line, const QString& message, const QString& detail) {
+        temporary.close();
+        root.remove(temporaryPath);
         fail(line, message, detail);
         return false;
     };
@@ -277,14 +312,16 @@ bool DSyncWorker::copyThroughTemporary(const QString& localFile, const QString& 
     if (temporary.error() != QFileDevice::NoError)
         return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
                        distantFile + QStringLiteral(": ") + temporary.errorString());
-    if (!renameOver(temporary.fileName(), distantFile))
-        return discard(__LINE__, QStringLiteral("Cannot move the distant copy into place"), distantFile);
+    if (!root.rename(temporaryPath, relativePath))
+        return discard(__LINE__, QStringLiteral("Cannot move the distant copy into place"),
+                       distantFile + QStringLiteral(": ") + root.errorString());
     return true;
 }
 
-bool DSyncWorker::moveToTrash(const QString& trashRoot, const QString& alias, const QString& relativePath,
-                              const QString& distantFile)
+bool DSyncWorker::moveToTrash(const QString& trashRoot, DSyncDistantRoot& root, const QString& alias,
+                              const QString& relativePath)
 {
+    const QString distantFile = root.path() + QLatin1Char('/') + relativePath;
     if (trashRoot.isEmpty()) {
         fail(__LINE__, QStringLiteral("Distant file changed, no trash directory to keep it"), distantFile);
         return false;
@@ -306,13 +343,40 @@ bool DSyncWorker::moveToTrash(const QString& trashRoot, const QString& alias, co
         target = directory + QLatin1Char('/') + base + QLatin1Char('.') + stamp + QLatin1Char('-')
             + QString::number(n) + suffix;
 
-    if (QFile::rename(distantFile, target))
+    if (root.moveOut(relativePath, target))
         return true;
     // Another file system: a copy in the trash is enough, the distant file is then replaced.
-    if (QFile::copy(distantFile, target)) {
-        QFile::remove(distantFile);
+    if (copyOut(root.openForReading(relativePath), target)) {
+        root.remove(relativePath);
         return true;
     }
     fail(__LINE__, QStringLiteral("Cannot move the changed distant file to the trash"), distantFile);
+    return false;
+}
+
+// Copies an open distant file (the descriptor is taken over) to a new file.
+bool DSyncWorker::copyOut(int distantFd, const QString& target)
+{
+    if (distantFd < 0)
+        return false;
+    QFile source;
+    if (!source.open(distantFd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(distantFd);
+        return false;
+    }
+    QFile copy(target);
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return false;
+    if (m_buffer.size() != C_bufferSize)
+        m_buffer.resize(C_bufferSize);
+    qint64 read = 0;
+    while ((read = source.read(m_buffer.data(), m_buffer.size())) > 0) {
+        if (copy.write(m_buffer.constData(), read) != read)
+            break;
+    }
+    copy.close();
+    if (read == 0 && copy.error() == QFileDevice::NoError)
+        return true;
+    copy.remove();
     return false;
 }

@@ -9,6 +9,7 @@
 #include <atomic>
 
 #include "dsyncdatabase_p.h"
+#include "dsyncdistantroot_p.h"
 
 // What one pass works on: a snapshot taken on the manager's thread, so that the worker never
 // reads the manager's state.
@@ -19,6 +20,7 @@ struct DSyncPassJob
         QString alias;
         QString localPath;
         QString remotePath;
+        bool remoteMountPoint = false; // the distant root must be a mount point
     };
     QVector<Mirror> mirrors;
     QString databaseFilePath;
@@ -49,22 +51,30 @@ signals:
 
 private:
     enum class EnMirrorResult { CeMirrorDone, CeMirrorInterrupted };
+    // CeFileRootLost: the distant root is no longer the one the alias's pass started with.
+    enum class EnFileResult { CeFileDone, CeFileFailed, CeFileRootLost };
 
     bool shouldStop() const;
     EnMirrorResult syncMirror(DSyncDatabase& database, const DSyncPassJob& job, const DSyncPassJob::Mirror& mirror);
-    bool syncFile(DSyncDatabase& database, const DSyncPassJob& job, const DSyncPassJob::Mirror& mirror,
-                  const QString& relativePath, const QString& localFile, qint64 size, qint64 modified,
-                  const DSyncDatabase::Record* record);
-    bool copyThroughTemporary(const QString& localFile, const QString& distantFile, qint64 modified);
-    bool moveToTrash(const QString& trashRoot, const QString& alias, const QString& relativePath,
-                     const QString& distantFile);
+    EnFileResult syncFile(DSyncDatabase& database, const DSyncPassJob& job, DSyncDistantRoot& root,
+                          const DSyncPassJob::Mirror& mirror, const QString& relativePath, const QString& localFile,
+                          qint64 size, qint64 modified, const DSyncDatabase::Record* record);
+    EnFileResult storeRecord(DSyncDatabase& database, DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror,
+                             const QString& relativePath, const QString& localFile, DSyncDatabase::Record record,
+                             bool copied);
+    bool rootStillThere(DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror);
+    bool copyThroughTemporary(DSyncDistantRoot& root, const QString& localFile, const QString& relativePath,
+                              qint64 modified);
+    bool moveToTrash(const QString& trashRoot, DSyncDistantRoot& root, const QString& alias,
+                     const QString& relativePath);
+    bool copyOut(int distantFd, const QString& target);
     bool isExcluded(const QString& fileName) const;
     void fail(int line, const QString& message, const QString& detail);
 
     const std::atomic_bool* m_paused;
     const std::atomic_bool* m_stopping;
     QVector<QRegularExpression> m_excluded;
-    QSet<QString> m_skippedFiles;      // the database and its side files
-    QSet<QString> m_createdDirectories; // distant directories known to exist in this pass
+    QSet<QString> m_skippedFiles;       // the database and its side files
+    QSet<QString> m_createdDirectories; // distant directories (relative) known to exist in this alias's pass
     QByteArray m_buffer;                // copy buffer, kept between files
 };

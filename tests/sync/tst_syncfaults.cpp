@@ -1,0 +1,251 @@
+// Sync faults met in the field: the distant mount lost in the middle of a pass (a bind mount,
+// and a real SMB mount of the loopback Samba server unmounted by its share manager).
+#include <QProcess>
+#include <QtTest>
+
+#include <memory>
+
+#include <unistd.h>
+
+#include "logcapture.h"
+#include "sambaserver.h"
+#include "sync/dsyncmanager.h"
+#include "utilities/preconfiguration.h"
+#include "utilities/windowssharemanager.h"
+
+namespace {
+const int C_passTimeoutMs = 300000;
+const int C_mountTimeoutMs = 30000;
+
+bool run(const QString& program, const QStringList& args)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(program, args);
+    return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit
+           && process.exitCode() == 0;
+}
+
+// Bytes of one file, different for every index and size.
+QByteArray content(int index, int size)
+{
+    QByteArray data(size, Qt::Uninitialized);
+    quint32 x = 2654435761u * quint32(index + 1) + quint32(size);
+    for (int i = 0; i < size; ++i) {
+        x = x * 1664525u + 1013904223u;
+        data[i] = char(x >> 24);
+    }
+    return data;
+}
+
+// Ten files a directory: a pass enters a new distant directory every ten files.
+QString fileName(int index)
+{
+    return QString("batch-%1/file-%2.bin").arg(index / 10, 2, 10, QLatin1Char('0')).arg(index, 3, 10, QLatin1Char('0'));
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Relative paths of the regular files under a directory, hidden ones included.
+QStringList filesUnder(const QString& root)
+{
+    QStringList files;
+    QDirIterator it(root, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files << QDir(root).relativeFilePath(it.next());
+    files.sort();
+    return files;
+}
+
+// Every entry directly in a directory (none when it does not exist).
+QStringList entriesOf(const QString& directory)
+{
+    return QDir(directory).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+}
+}
+
+class TestSyncFaults : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase()
+    {
+        PreConfiguration::setParameter("shareMountBackend", "fuse");
+    }
+    void cleanupTestCase()
+    {
+        m_server.stop();
+        PreConfiguration::clear();
+    }
+    void init()
+    {
+        m_dir.reset(new QTemporaryDir);
+        QVERIFY(m_dir->isValid());
+    }
+    void cleanup()
+    {
+        m_manager.reset();
+        while (!m_mounts.isEmpty())
+            run("umount", {"-l", m_mounts.takeLast()});
+        m_dir.reset();
+    }
+
+    void distantMountLostMidPass_data()
+    {
+        QTest::addColumn<QString>("unmount");
+        QTest::addColumn<bool>("beforePass");
+        QTest::newRow("bind mount lazily unmounted") << "umount -l" << false;
+        QTest::newRow("bind mount lazily unmounted and its mount point removed")
+            << "umount -l, mount point removed" << false;
+        QTest::newRow("bind mount lazily unmounted before the pass") << "umount -l" << true;
+        QTest::newRow("SMB share unmounted by its share manager") << "share manager" << false;
+    }
+    // 600 files of 256 KB to a mount that goes away 250 ms into the pass (or before it, once the
+    // alias is added): nothing lands on the local disk, and every file reaches the destination
+    // once it is mounted again.
+    void distantMountLostMidPass()
+    {
+        QFETCH(QString, unmount);
+        QFETCH(bool, beforePass);
+        if (geteuid() != 0)
+            QSKIP("mounting needs root");
+        const bool shareManager = unmount == "share manager";
+        const bool mountPointRemoved = unmount.endsWith("removed");
+        const int count = 600;
+        const int size = 256 * 1024;
+        const QString mountPoint = path("mnt/share");
+        // The destination as its server sees it: a file system of its own, or the share's directory.
+        QString destination = path("storage");
+        std::unique_ptr<WindowsShareManager> share;
+        if (shareManager) {
+            if (!SambaServer::available() || WindowsShareManager::fuseHelperProgram().isEmpty()
+                || !QFile::exists("/dev/fuse"))
+                QSKIP("needs smbd, the mount helper station-smbmount and /dev/fuse");
+            QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
+            destination = m_server.shareDirectory();
+            share.reset(new WindowsShareManager(m_server.address(), QString(), m_server.user(), m_server.password(),
+                                                m_server.shareName(), mountPoint, "Mirror", 300));
+            share->setDetectionSchedule({200, 400});
+            share->setMountAttemptIntervalMs(100);
+            share->setServerProbeTimeoutMs(1000);
+        } else {
+            QVERIFY(QDir().mkpath(destination) && QDir().mkpath(mountPoint));
+            QVERIFY(mount({"-t", "tmpfs", "-o", "size=256m", "tmpfs", destination}));
+        }
+        const auto attach = [&] {
+            if (!share)
+                return mount({"--bind", destination, mountPoint});
+            share->start();
+            return QTest::qWaitFor([&] { return share->isMounted(); }, C_mountTimeoutMs);
+        };
+        QVERIFY(attach());
+        QStringList expected;
+        for (int i = 0; i < count; ++i) {
+            expected << fileName(i);
+            QVERIFY(writeFile(path("local/" + expected.last()), content(i, size)));
+        }
+
+        std::unique_ptr<LogCapture> log(new LogCapture);
+        DSyncManager* manager = makeManager(path("local"), mountPoint);
+        QSignalSpy errors(manager, &DSyncManager::errorOccurred);
+        const auto detach = [&] {
+            if (share) {
+                share->umountWindowsShare(); // keeps the bare mount point
+                return !share->isMounted();
+            }
+            m_mounts.removeAll(mountPoint);
+            return run("umount", {"-l", mountPoint});
+        };
+        if (beforePass)
+            QVERIFY(detach());
+        // 250 ms into the pass, or sooner on a machine that copies half of the files by then.
+        QElapsedTimer clock;
+        clock.start();
+        manager->requestSync();
+        if (!beforePass) {
+            while (clock.elapsed() < 250 && filesUnder(destination).size() < count / 2)
+                QTest::qWait(5);
+            QVERIFY2(!manager->isIdle(), "the pass ended before the unmount");
+            QVERIFY(detach());
+        }
+        // Moved aside in one step, with whatever may have been written into it meanwhile.
+        const QString bare = mountPointRemoved ? path("mnt/share-removed") : mountPoint;
+        if (mountPointRemoved)
+            QVERIFY(QDir().rename(mountPoint, bare));
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        const bool mountPointMadeAgain = mountPointRemoved && QFileInfo::exists(mountPoint);
+        QStringList onLocalDisk = entriesOf(bare);
+        int localFiles = filesUnder(bare).size();
+        if (mountPointMadeAgain) {
+            onLocalDisk << entriesOf(mountPoint);
+            localFiles += filesUnder(mountPoint).size();
+        }
+        const int beforeReturn = filesUnder(destination).size();
+
+        if (mountPointRemoved && !mountPointMadeAgain)
+            QVERIFY(QDir().mkpath(mountPoint));
+        QVERIFY(attach());
+        manager->requestSync();
+        QVERIFY(manager->waitForIdle(C_passTimeoutMs));
+        const QStringList afterReturn = filesUnder(destination);
+        // Lost before the pass reached the alias, or during it.
+        const QString unreachable = "distant directory unreachable";
+        const bool logged = !log->lines().filter(unreachable, Qt::CaseInsensitive).isEmpty();
+        log.reset();
+        qInfo("%s: files on the local disk under the mount point: %d; files at the destination: %d before "
+              "its return, %d of %d after",
+              QTest::currentDataTag(), localFiles, beforeReturn, int(afterReturn.size()), count);
+
+        QCOMPARE(onLocalDisk, QStringList());
+        QVERIFY2(!mountPointMadeAgain, "the removed mount point was made again");
+        QVERIFY2(beforeReturn < count, "the unmount came after the last file");
+        QVERIFY(logged);
+        QVERIFY(!errors.isEmpty());
+        QVERIFY2(errors.last().first().toString().contains(unreachable, Qt::CaseInsensitive),
+                 qPrintable(errors.last().first().toString()));
+        QCOMPARE(afterReturn, expected);
+        for (int i = 0; i < count; ++i)
+            QVERIFY2(readFile(destination + "/" + fileName(i)) == content(i, size), qPrintable(fileName(i)));
+        QVERIFY(filesUnder(path("trash")).isEmpty());
+        m_manager.reset();
+        if (share) {
+            share->umountWindowsShare();
+            QVERIFY(QDir(destination).removeRecursively() && QDir().mkpath(destination));
+        }
+    }
+
+private:
+    QString path(const QString& relative) const { return m_dir->filePath(relative); }
+    bool mount(const QStringList& args)
+    {
+        if (!run("mount", args))
+            return false;
+        m_mounts << args.last();
+        return true;
+    }
+    DSyncManager* makeManager(const QString& local, const QString& distant)
+    {
+        m_manager.reset(new DSyncManager(path("sync.db"), path("trash"), 0, {}));
+        m_manager->addDirectory("distant", local, distant);
+        return m_manager.get();
+    }
+
+    SambaServer m_server;
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<DSyncManager> m_manager;
+    QStringList m_mounts;
+};
+
+QTEST_GUILESS_MAIN(TestSyncFaults)
+#include "tst_syncfaults.moc"
