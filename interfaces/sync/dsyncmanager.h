@@ -19,9 +19,11 @@
 // - intervalMs <= 0 disables periodic passes (passes then run on requestSync() only).
 // - A file is copied when its size or modification time differ from the record of its last
 //   copy; it reaches the distant side under a hidden temporary name (".dsync-*.part") in the
-//   target directory and is renamed into place, with the local modification time.
-// - A distant file without a record is compared by content: identical, it is only recorded;
-//   different, it goes to the trash like a distant file changed behind the manager's back.
+//   target directory and is renamed into place, with the local modification time. Temporaries
+//   left by a pass that did not end (a crash) are removed at the start of the alias's next pass.
+// - A distant file without a record, or no longer as the manager last wrote it, is compared by
+//   content: identical (e.g. a copy whose record a crash lost), it is only recorded; different,
+//   it goes to the trash like a distant file changed behind the manager's back.
 // - Trash layout: <trash>/<alias>/<relative directory>/<base>.<yyyyMMdd-HHmmss-zzz>[-n].<suffix>.
 //   A file that cannot be trashed is not replaced (error signalled).
 // - Regular files only: symbolic links and empty directories are not mirrored.

@@ -43,7 +43,8 @@ bool DSyncDatabase::open(const QString& filePath)
                              "alias TEXT NOT NULL, relative_path TEXT NOT NULL, distant_root TEXT NOT NULL, "
                              "size INTEGER NOT NULL, modified INTEGER NOT NULL, "
                              "distant_size INTEGER NOT NULL, distant_modified INTEGER NOT NULL, "
-                             "PRIMARY KEY (alias, relative_path))"))) {
+                             "PRIMARY KEY (alias, relative_path))"))
+        || !exec(QStringLiteral("CREATE TABLE IF NOT EXISTS unfinished (alias TEXT NOT NULL PRIMARY KEY)"))) {
         close();
         return false;
     }
@@ -75,6 +76,18 @@ bool DSyncDatabase::exec(const QString& statement)
 {
     QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
     if (query.exec(statement))
+        return true;
+    m_lastError = query.lastError().text();
+    LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Sync database statement failed"), m_lastError);
+    return false;
+}
+
+bool DSyncDatabase::exec(const QString& statement, const QString& value)
+{
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+    query.prepare(statement);
+    query.addBindValue(value);
+    if (query.exec())
         return true;
     m_lastError = query.lastError().text();
     LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Sync database statement failed"), m_lastError);
@@ -150,4 +163,26 @@ bool DSyncDatabase::store(const QString& alias, const QString& relativePath, con
     if (++m_pendingWrites >= C_writesPerTransaction)
         return commit();
     return true;
+}
+
+bool DSyncDatabase::isUnfinished(const QString& alias)
+{
+    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
+    query.prepare(QStringLiteral("SELECT 1 FROM unfinished WHERE alias = ?"));
+    query.addBindValue(alias);
+    if (!query.exec()) {
+        m_lastError = query.lastError().text();
+        LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot read the sync records"), m_lastError);
+        return true; // a clean-up for nothing costs less than temporaries left for ever
+    }
+    return query.next();
+}
+
+bool DSyncDatabase::setUnfinished(const QString& alias, bool unfinished)
+{
+    if (!commit())
+        return false;
+    return exec(unfinished ? QStringLiteral("INSERT OR IGNORE INTO unfinished (alias) VALUES (?)")
+                           : QStringLiteral("DELETE FROM unfinished WHERE alias = ?"),
+                alias);
 }

@@ -35,8 +35,14 @@ public:
     // Groups writes: one transaction per batch instead of one per file.
     bool commit();
 
+    // Whether the distant side of an alias may hold temporaries of a pass that did not end.
+    // Written through at once (pending records included), so that it outlives a crash.
+    bool isUnfinished(const QString& alias);
+    bool setUnfinished(const QString& alias, bool unfinished);
+
 private:
     bool exec(const QString& statement);
+    bool exec(const QString& statement, const QString& value);
     bool begin();
 
     QString m_connectionName;

@@ -1,5 +1,7 @@
 #include "dsyncdistantroot_p.h"
 
+#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 
 #include <cerrno>
@@ -157,4 +159,25 @@ bool DSyncDistantRoot::remove(const QString& relativePath)
     if (::unlinkat(m_fd, encoded(relativePath).constData(), 0) == 0)
         return true;
     return setError(QStringLiteral("cannot remove ") + relativePath);
+}
+
+int DSyncDistantRoot::removeFiles(const QString& prefix, const QString& suffix)
+{
+    // Listed through the path, removed through the open directory: a path that came to name
+    // another directory loses nothing.
+    const QDir root(m_path);
+    int removed = 0;
+    bool failed = false;
+    QDirIterator it(m_path, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        const QString name = it.fileName();
+        if (!name.startsWith(prefix) || !name.endsWith(suffix))
+            continue;
+        if (remove(root.relativeFilePath(it.filePath())))
+            ++removed;
+        else
+            failed = true;
+    }
+    return failed ? -1 : removed;
 }

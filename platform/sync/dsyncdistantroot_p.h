@@ -49,6 +49,9 @@ public:
     // Moves a file out of the root, to an absolute path on the same file system.
     bool moveOut(const QString& relativePath, const QString& target);
     bool remove(const QString& relativePath);
+    // Removes the files under the root whose names start with prefix and end with suffix;
+    // the number removed, -1 when one of them could not be removed.
+    int removeFiles(const QString& prefix, const QString& suffix);
 
 private:
     bool setError(const QString& what);

@@ -145,6 +145,10 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
         return EnMirrorResult::CeMirrorDone;
     }
     m_createdDirectories.clear();
+    m_temporaryLeft = false;
+    m_unfinishedMarked = database.isUnfinished(mirror.alias);
+    if (m_unfinishedMarked)
+        removeStaleTemporaries(root, mirror);
 
     EnMirrorResult result = EnMirrorResult::CeMirrorDone;
     const QHash<QString, DSyncDatabase::Record> records = database.records(mirror.alias);
@@ -176,6 +180,8 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
             break;
     }
     database.commit();
+    if (m_unfinishedMarked && !m_temporaryLeft)
+        database.setUnfinished(mirror.alias, false);
     return result;
 }
 
@@ -189,6 +195,21 @@ bool DSyncWorker::rootStillThere(DSyncDistantRoot& root, const DSyncPassJob::Mir
          mirror.alias + QStringLiteral(": ") + mirror.remotePath + QStringLiteral(" (") + root.errorString()
              + QLatin1Char(')'));
     return false;
+}
+
+// A pass killed while copying leaves its temporary behind; the database says which aliases
+// may have some.
+void DSyncWorker::removeStaleTemporaries(DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror)
+{
+    const int removed = root.removeFiles(C_temporaryPrefix, C_temporarySuffix);
+    if (removed < 0) {
+        m_temporaryLeft = true;
+        fail(__LINE__, QStringLiteral("Cannot remove the temporaries of an interrupted pass"),
+             mirror.alias + QStringLiteral(": ") + root.errorString());
+    } else if (removed > 0) {
+        LogLine::debug(this, C_sourceFile, __LINE__, QStringLiteral("Temporaries of an interrupted pass removed:"),
+                       mirror.alias + QStringLiteral(" ") + QString::number(removed));
+    }
 }
 
 DSyncWorker::EnFileResult DSyncWorker::syncFile(DSyncDatabase& database, const DSyncPassJob& job,
@@ -213,8 +234,8 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(DSyncDatabase& database, const D
         const bool asWritten = record && !distant.isSymLink && distant.size == record->distantSize
             && distant.modified == record->distantModified;
         if (!asWritten) {
-            // Already there (e.g. after a wipe of the database): only remember it.
-            if (!record && !distant.isSymLink && sameContent(localFile, root.openForReading(relativePath)))
+            // Already the local content (its record lost in a crash, or the database wiped): only remember it.
+            if (!distant.isSymLink && sameContent(localFile, root.openForReading(relativePath)))
                 return storeRecord(database, root, mirror, relativePath, localFile, written, false);
             if (!moveToTrash(job.trashDirectoryPath, root, mirror.alias, relativePath)) {
                 emit syncCompleted(localFile, false);
@@ -223,6 +244,9 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(DSyncDatabase& database, const D
         }
     }
 
+    // Written through before the first temporary, so that a crash is followed by a clean-up.
+    if (!m_unfinishedMarked)
+        m_unfinishedMarked = database.setUnfinished(mirror.alias, true);
     if (!copyThroughTemporary(root, localFile, relativePath, modified)) {
         emit syncCompleted(localFile, false);
         return EnFileResult::CeFileFailed;
@@ -286,7 +310,8 @@ bool DSyncWorker::copyThroughTemporary(DSyncDistantRoot& root, const QString& lo
     }
     const auto discard = [&](int line, const QString& message, const QString& detail) {
         temporary.close();
-        root.remove(temporaryPath);
+        if (!root.remove(temporaryPath))
+            m_temporaryLeft = true;
         fail(line, message, detail);
         return false;
     };

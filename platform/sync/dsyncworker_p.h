@@ -63,6 +63,7 @@ private:
                              const QString& relativePath, const QString& localFile, DSyncDatabase::Record record,
                              bool copied);
     bool rootStillThere(DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror);
+    void removeStaleTemporaries(DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror);
     bool copyThroughTemporary(DSyncDistantRoot& root, const QString& localFile, const QString& relativePath,
                               qint64 modified);
     bool moveToTrash(const QString& trashRoot, DSyncDistantRoot& root, const QString& alias,
@@ -76,5 +77,7 @@ private:
     QVector<QRegularExpression> m_excluded;
     QSet<QString> m_skippedFiles;       // the database and its side files
     QSet<QString> m_createdDirectories; // distant directories (relative) known to exist in this alias's pass
+    bool m_unfinishedMarked = false;    // the database says this alias may have temporaries left
+    bool m_temporaryLeft = false;       // a temporary of this alias's pass could not be removed
     QByteArray m_buffer;                // copy buffer, kept between files
 };

@@ -1,10 +1,12 @@
 // Sync faults met in the field: the distant mount lost in the middle of a pass (a bind mount,
-// and a real SMB mount of the loopback Samba server unmounted by its share manager).
+// and a real SMB mount of the loopback Samba server unmounted by its share manager), and the
+// process killed with kill -9 in the middle of a pass.
 #include <QProcess>
 #include <QtTest>
 
 #include <memory>
 
+#include <signal.h>
 #include <unistd.h>
 
 #include "logcapture.h"
@@ -14,8 +16,10 @@
 #include "utilities/windowssharemanager.h"
 
 namespace {
+const QString C_driver = QStringLiteral(SYNC_PASS_DRIVER);
 const int C_passTimeoutMs = 300000;
 const int C_mountTimeoutMs = 30000;
+const int C_kills = 4;
 
 bool run(const QString& program, const QStringList& args)
 {
@@ -72,6 +76,41 @@ QStringList filesUnder(const QString& root)
 QStringList entriesOf(const QString& directory)
 {
     return QDir(directory).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+}
+
+QStringList temporariesUnder(const QString& root)
+{
+    return filesUnder(root).filter(QRegularExpression("(^|/)\\.dsync-[^/]*\\.part$"));
+}
+
+int filesOfSize(const QString& root, qint64 size)
+{
+    int count = 0;
+    QDirIterator it(root, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        count += it.fileInfo().size() == size ? 1 : 0;
+    }
+    return count;
+}
+
+// Stops a process and waits until the kernel reports it stopped; false once it has ended.
+bool stopProcess(qint64 pid)
+{
+    if (::kill(pid_t(pid), SIGSTOP) != 0)
+        return false;
+    QFile stat(QString("/proc/%1/stat").arg(pid));
+    // A process in uninterruptible sleep stops when it wakes up: waits for it, however long.
+    for (QDeadlineTimer deadline(60000); !deadline.hasExpired(); QThread::usleep(100)) {
+        if (!stat.open(QIODevice::ReadOnly))
+            return false;
+        const QByteArray line = stat.readAll();
+        stat.close();
+        const QByteArray state = line.mid(line.lastIndexOf(')') + 2, 1);
+        if (state == "T" || state == "Z")
+            return state == "T";
+    }
+    return false;
 }
 }
 
@@ -225,6 +264,80 @@ private Q_SLOTS:
         }
     }
 
+    void killedPassesLeaveNothingBehind_data()
+    {
+        QTest::addColumn<bool>("replacing");
+        QTest::newRow("killed while copying new files") << false;
+        QTest::newRow("killed while replacing the copies of changed files") << true;
+    }
+    // A pass killed with kill -9 several times, then a clean pass: no temporary left, nothing
+    // trashed (every distant file was the manager's own copy), every file right.
+    void killedPassesLeaveNothingBehind()
+    {
+        QFETCH(bool, replacing);
+        const int count = 120;
+        const int size = 1024 * 1024;
+        const QString local = path("local");
+        const QString distant = path("distant");
+        QVERIFY(QDir().mkpath(distant));
+        QStringList expected;
+        for (int i = 0; i < count; ++i)
+            expected << fileName(i);
+        const auto writeVersion = [&](int version) {
+            for (int i = 0; i < count; ++i) {
+                if (!writeFile(local + "/" + expected.at(i), content(i, size + version)))
+                    return false;
+            }
+            return true;
+        };
+        if (replacing) {
+            QVERIFY(writeVersion(0));
+            QCOMPARE(runDriver(), 0);
+            QCOMPARE(filesOfSize(distant, size), count);
+        }
+        QVERIFY(writeVersion(1));
+
+        for (int kill = 1; kill <= C_kills; ++kill) {
+            QProcess driver;
+            driver.setProcessChannelMode(QProcess::ForwardedChannels);
+            driver.start(C_driver, driverArguments());
+            QVERIFY(driver.waitForStarted());
+            // Run in short slices and looked at while stopped; killed in a slice that ends with a
+            // temporary on the distant side, a little further into the files each time.
+            const int target = kill * count / (2 * C_kills);
+            bool killed = false;
+            while (!killed && !driver.waitForFinished(0)) {
+                QThread::usleep(500);
+                if (!stopProcess(driver.processId()))
+                    continue;
+                if (filesOfSize(distant, size + 1) >= target && !temporariesUnder(distant).isEmpty()) {
+                    driver.kill();
+                    killed = true;
+                } else {
+                    ::kill(pid_t(driver.processId()), SIGCONT);
+                }
+            }
+            QVERIFY2(killed, "the pass ended before it could be killed");
+            QVERIFY(driver.waitForFinished(30000));
+            QCOMPARE(driver.exitStatus(), QProcess::CrashExit);
+        }
+        const int temporariesBefore = temporariesUnder(distant).size();
+        const int copiedBefore = filesOfSize(distant, size + 1);
+        QCOMPARE(runDriver(), 0);
+        const int temporariesAfter = temporariesUnder(distant).size();
+        const int trashed = filesUnder(path("trash")).size();
+        qInfo("%s: %d kills (%d of %d files copied, %d temporaries); after a clean pass: %d temporaries, "
+              "%d files in the trash",
+              QTest::currentDataTag(), C_kills, copiedBefore, count, temporariesBefore, temporariesAfter, trashed);
+
+        QVERIFY(temporariesBefore > 0);
+        QCOMPARE(temporariesAfter, 0);
+        QCOMPARE(trashed, 0);
+        QCOMPARE(filesUnder(distant), expected);
+        for (int i = 0; i < count; ++i)
+            QVERIFY2(readFile(distant + "/" + expected.at(i)) == content(i, size + 1), qPrintable(expected.at(i)));
+    }
+
 private:
     QString path(const QString& relative) const { return m_dir->filePath(relative); }
     bool mount(const QStringList& args)
@@ -239,6 +352,19 @@ private:
         m_manager.reset(new DSyncManager(path("sync.db"), path("trash"), 0, {}));
         m_manager->addDirectory("distant", local, distant);
         return m_manager.get();
+    }
+    QStringList driverArguments() const
+    {
+        return {path("sync.db"), path("trash"), path("local"), path("distant")};
+    }
+    int runDriver()
+    {
+        QProcess driver;
+        driver.setProcessChannelMode(QProcess::ForwardedChannels);
+        driver.start(C_driver, driverArguments());
+        if (!driver.waitForFinished(C_passTimeoutMs) || driver.exitStatus() != QProcess::NormalExit)
+            return -1;
+        return driver.exitCode();
     }
 
     SambaServer m_server;
