@@ -7,6 +7,7 @@ packages=(
     qtbase5-dev qtdeclarative5-dev qttools5-dev qttools5-dev-tools qtquickcontrols2-5-dev
     libqt5sql5-sqlite qml-module-qtquick2 qml-module-qtquick-controls2 qml-module-qtquick-window2
     qml-module-qtquick-layouts qml-module-qttest
+    qml-module-qtquick-virtualkeyboard qtvirtualkeyboard-plugin qml-module-qt-labs-folderlistmodel
     libkf5archive-dev
     samba smbclient libsmbclient-dev libfuse3-dev fuse3
     tzdata rsync zip

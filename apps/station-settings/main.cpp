@@ -10,6 +10,10 @@
 
 int main(int argc, char* argv[])
 {
+    // The station's panel has no physical keyboard: Qt's on-screen keyboard types into the
+    // fields unless the environment chose another input method.
+    if (qEnvironmentVariableIsEmpty("QT_IM_MODULE"))
+        qputenv("QT_IM_MODULE", "qtvirtualkeyboard");
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("station-settings"));
     SettingsApp::installCatalogue(application);

@@ -31,6 +31,8 @@ class SettingsApp : public QObject
     // compositor file other than the system's, or --apply-to-system not given): the time zone
     // and keyboard map chosen are not applied to this computer. Read when the screens load.
     Q_PROPERTY(bool systemPreview READ systemPreview CONSTANT)
+    // True when the on-screen keyboard is the input method (QT_IM_MODULE=qtvirtualkeyboard).
+    Q_PROPERTY(bool virtualKeyboard READ virtualKeyboard CONSTANT)
 public:
     explicit SettingsApp(Station& station, QObject* parent = nullptr);
 
@@ -38,6 +40,7 @@ public:
     QVariantList history() const { return m_history; }
     QString documentDamage() const { return m_documentDamage; }
     bool systemPreview() const { return m_systemPreview; }
+    static bool virtualKeyboard() { return qgetenv("QT_IM_MODULE") == "qtvirtualkeyboard"; }
 
     // Saves through the library under the lock, keeping the keys of the file it does not own.
     // Emits saved(), or sigSaveConflict() when another program changed the file since this one

@@ -19,6 +19,8 @@ private slots:
     void page();
     void headerContrast_data();
     void headerContrast();
+    void keyboardLeavesFieldInSight_data();
+    void keyboardLeavesFieldInSight();
 
 private:
     void showPage(const QString& key, const QSize& size);
@@ -294,6 +296,53 @@ void TestTouchLayout::headerContrast()
     // Workplace, line and directory, clock, unsaved changes.
     QVERIFY2(texts >= 4, qPrintable(QStringLiteral("%1 texts in the header").arg(texts)));
     QVERIFY2(faint.isEmpty(), qPrintable(QStringLiteral("below 4.5:1: ") + faint.join(QStringLiteral("; "))));
+}
+
+void TestTouchLayout::keyboardLeavesFieldInSight_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("expectedLocale");
+    // The lowest fields of their pages; the demo station's keyboard map is French.
+    for (const Size& size : C_sizes) {
+        QTest::addRow("folder password at %s", size.name) << "folders" << "folderPasswordField"
+                                                          << QSize(size.width, size.height) << "fr_FR";
+        QTest::addRow("production line at %s", size.name) << "general" << "productionLineField"
+                                                          << QSize(size.width, size.height) << "fr_FR";
+    }
+}
+
+void TestTouchLayout::keyboardLeavesFieldInSight()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, field);
+    QFETCH(QSize, size);
+    QFETCH(QString, expectedLocale);
+    QCOMPARE(qgetenv("QT_IM_MODULE"), QByteArray("qtvirtualkeyboard"));
+    showPage(key, size);
+    if (QTest::currentTestFailed())
+        return;
+    auto* input = qobject_cast<QQuickItem*>(m_fixture.item(field));
+    auto* panel = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("inputPanel")));
+    QVERIFY(input && panel);
+    input->forceActiveFocus();
+    QTRY_VERIFY(panel->property("active").toBool());
+    QTRY_VERIFY(panel->height() > 100);
+    // Settled once the panel reached its place and the page scrolled.
+    const qreal panelTop = size.height() - panel->height();
+    QTRY_COMPARE(panel->mapToScene(QPointF(0, 0)).y(), panelTop);
+    QTRY_VERIFY2(input->mapToScene(QPointF(0, input->height())).y() <= panelTop,
+                 qPrintable(QStringLiteral("the field ends at %1, the keyboard starts at %2")
+                                .arg(input->mapToScene(QPointF(0, input->height())).y()).arg(panelTop)));
+    QVERIFY(input->mapToScene(QPointF(0, 0)).y() >= 0);
+    QVERIFY(input->isVisible());
+    QVERIFY(m_fixture.saveScreenshot(QStringLiteral("keyboard_%1_%2x%3").arg(key).arg(size.width()).arg(size.height())));
+    // The station's keyboard map chose the keyboard's language.
+    QCOMPARE(m_fixture.window()->property("keyboardLocaleInUse").toString(), expectedLocale);
+    input->setFocus(false);
+    m_fixture.window()->contentItem()->forceActiveFocus();
+    QTRY_VERIFY(!panel->property("active").toBool());
 }
 
 QTEST_MAIN(TestTouchLayout)

@@ -63,7 +63,7 @@ Item {
         y: 16
         width: flick.width - 32
         // Fills the page beside the list, and grows (the page then scrolls) when the editor needs more.
-        height: page.sideBySide ? Math.max(flick.height - 32, implicitHeight) : implicitHeight
+        height: page.sideBySide ? Math.max(flick.height - 32, editor.implicitHeight) : implicitHeight
         columns: page.sideBySide ? 2 : 1
         columnSpacing: 16
         rowSpacing: 16

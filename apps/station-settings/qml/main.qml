@@ -298,8 +298,36 @@ ApplicationWindow {
         }
     }
 
+    // The on-screen keyboard's language in use (empty without the keyboard).
+    readonly property string keyboardLocaleInUse: keyboard.item ? keyboard.item.localeInUse : ""
+    readonly property bool keyboardShown: keyboard.item ? keyboard.item.active : false
+    readonly property real keyboardHeight: keyboardShown ? keyboard.item.height : 0
+
+    // Scrolls the view holding the field being edited so that the keyboard leaves it in sight.
+    function revealFocusedField() {
+        var field = window.activeFocusItem
+        if (!field || !window.keyboardShown)
+            return
+        for (var view = field.parent; view; view = view.parent) {
+            if (view.flickableDirection !== undefined && view.contentItem !== undefined) {
+                var top = field.mapToItem(view.contentItem, 0, 0).y
+                var bottom = top + field.height
+                if (bottom > view.contentY + view.height - 8)
+                    view.contentY = Math.min(bottom - view.height + 8, Math.max(0, view.contentHeight - view.height))
+                else if (top < view.contentY + 8)
+                    view.contentY = Math.max(0, top - 8)
+                return
+            }
+        }
+    }
+    onActiveFocusItemChanged: Qt.callLater(revealFocusedField)
+
     RowLayout {
+        id: screens
         anchors.fill: parent
+        // The keyboard takes the bottom of the window: the pages get the rest.
+        anchors.bottomMargin: window.keyboardHeight
+        onHeightChanged: Qt.callLater(window.revealFocusedField)
         spacing: 0
 
         Pane {
@@ -403,5 +431,13 @@ ApplicationWindow {
                 SyncPage { objectName: "page_sync" }
             }
         }
+    }
+
+    // Only where the on-screen keyboard is the input method (the application chooses it unless
+    // the environment named another one).
+    Loader {
+        id: keyboard
+        active: station.virtualKeyboard
+        source: "KeyboardPanel.qml"
     }
 }
