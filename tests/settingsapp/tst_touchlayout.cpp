@@ -226,6 +226,24 @@ void TestTouchLayout::page()
     // The window's root item holds the header, the pages and the overlay.
     walk(window->contentItem(), size.width());
 
+    // Every page name shows whole in the navigation.
+    auto* navigation = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("pageList")));
+    QVERIFY(navigation);
+    QStringList cut;
+    int names = 0;
+    std::function<void(QQuickItem*)> names_walk = [&](QQuickItem* item) {
+        if (item->inherits("QQuickText") && item->isVisible()) {
+            ++names;
+            if (item->property("truncated").toBool() || item->property("implicitWidth").toReal() > item->width() + 0.5)
+                cut << item->property("text").toString();
+        }
+        for (QQuickItem* child : item->childItems())
+            names_walk(child);
+    };
+    names_walk(navigation);
+    QCOMPARE(names, window->property("pageKeys").toStringList().size());
+    QVERIFY2(cut.isEmpty(), qPrintable(QStringLiteral("cut in the navigation: ") + cut.join(QStringLiteral(", "))));
+
     // The page and the header hold controls: an empty walk would prove nothing.
     if (popup) {
         // The dialog's own buttons were among them.

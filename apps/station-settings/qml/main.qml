@@ -332,8 +332,19 @@ ApplicationWindow {
 
         Pane {
             Layout.fillHeight: true
-            Layout.preferredWidth: 190
+            // As wide as its longest entry (delegate padding and the border included).
+            Layout.preferredWidth: Math.max(160, pageNames.implicitWidth + 2 * 16 + 2)
             padding: 0
+            // The page names laid out unseen, for their widest.
+            Column {
+                id: pageNames
+                opacity: 0
+                enabled: false
+                Repeater {
+                    model: pageList.model
+                    Label { text: modelData }
+                }
+            }
             background: Rectangle {
                 color: "#eef1f4"
                 Rectangle { anchors.right: parent.right; width: 1; height: parent.height; color: "#c8ccd0" }
