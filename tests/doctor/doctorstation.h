@@ -1,10 +1,10 @@
 #pragma once
+#include "stationtool.h"
 // Helpers of the doctor tests: a station made from the demo one, the tool run on it, and a
 // fingerprint of the station tree to show that the doctor changed nothing.
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -18,56 +18,18 @@
 
 namespace DoctorStation {
 
-struct Run {
-    int code = -1;
-    QString out;
-    QString err;
+struct Run : ToolRun {
     QJsonObject json;   // the --json report when the run asked for it
 };
 
 inline Run run(const QString& station, const QString& stateDir, const QStringList& arguments)
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("XDG_STATE_HOME", stateDir);
-    environment.remove("STATION_DIR");
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(STATION_CONFIG_BINARY), QStringList { "--station", station } + arguments);
-    process.closeWriteChannel();
     Run result;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        return result;
-    }
-    result.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    result.out = QString::fromUtf8(process.readAllStandardOutput());
-    result.err = QString::fromUtf8(process.readAllStandardError());
+    static_cast<ToolRun&>(result) = runTool(QStringLiteral(STATION_CONFIG_BINARY),
+                                            QStringList { "--station", station } + arguments, toolEnvironment(stateDir));
     if (arguments.contains("--json"))
         result.json = QJsonDocument::fromJson(result.out.toUtf8()).object();
     return result;
-}
-
-inline bool copyTree(const QString& source, const QString& target)
-{
-    if (!QDir().mkpath(target))
-        return false;
-    QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        it.next();
-        const QString destination = target + '/' + QDir(source).relativeFilePath(it.filePath());
-        if (it.fileInfo().isDir() ? !QDir().mkpath(destination)
-                                  : !(QDir().mkpath(QFileInfo(destination).path()) && QFile::copy(it.filePath(), destination)))
-            return false;
-        QFile::setPermissions(destination, QFile::permissions(destination) | QFile::WriteOwner);
-        // Keep the source's times, so that a copy's fingerprint is its own from the start.
-        if (it.fileInfo().isFile()) {
-            QFile file(destination);
-            if (file.open(QIODevice::ReadWrite))
-                file.setFileTime(it.fileInfo().lastModified(), QFileDevice::FileModificationTime);
-        }
-    }
-    return true;
 }
 
 inline QJsonObject readJson(const QString& path)

@@ -55,7 +55,7 @@ class TestDoctor : public QObject
     QString freshCopy()
     {
         const QString station = m_dir.path() + QStringLiteral("/station-%1").arg(++m_copies);
-        return copyTree(m_base, station) ? station : QString();
+        return copyTree(m_base, station, true) ? station : QString();
     }
 
     // Runs doctor --json and doctor; checks that both agree and that nothing changed.
@@ -95,7 +95,7 @@ private slots:
     {
         QVERIFY(m_dir.isValid());
         m_base = m_dir.path() + "/base";
-        QVERIFY(copyTree(QStringLiteral(STATION_DEMO_DIR), m_base));
+        QVERIFY(copyTree(QStringLiteral(STATION_DEMO_DIR), m_base, true));
         const QString document = m_base + "/config/settings.json";
         QVERIFY(QFile::setPermissions(document, QFile::ReadOwner | QFile::WriteOwner));
         // The demo's share is replaced by none here (tst_doctorshare has a server).

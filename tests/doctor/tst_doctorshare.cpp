@@ -40,7 +40,7 @@ class TestDoctorShare : public QObject
     QString station(const QString& password)
     {
         const QString station = m_dir.path() + QStringLiteral("/station-%1").arg(++m_copies);
-        if (!copyTree(QStringLiteral(STATION_DEMO_DIR), station))
+        if (!copyTree(QStringLiteral(STATION_DEMO_DIR), station, true))
             return QString();
         const QString document = station + "/config/settings.json";
         QFile::setPermissions(document, QFile::ReadOwner | QFile::WriteOwner);

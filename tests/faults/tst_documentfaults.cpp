@@ -2,7 +2,6 @@
 // unusable documents, a full disk, kill -9 in the middle of a save, two writers at once.
 #include <QCryptographicHash>
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
@@ -14,6 +13,8 @@
 #include <QThread>
 #include <QtTest>
 
+#include "stationtool.h"
+
 #include <unistd.h>
 
 namespace {
@@ -21,11 +22,7 @@ const QString C_tool = QStringLiteral(STATION_CONFIG_BINARY);
 constexpr int C_killTries = 200;
 constexpr int C_loopSets = 200;
 
-struct Run {
-    int code = -1;
-    QString out;
-    QString err;
-};
+using Run = ToolRun;
 
 QByteArray fileBytes(const QString& path)
 {
@@ -65,21 +62,9 @@ class TestDocumentFaults : public QObject
 
     QString document() const { return m_station + "/config/settings.json"; }
 
-    Run run(const QStringList& arguments, int timeoutMs = 60000) const
+    Run run(const QStringList& arguments) const
     {
-        QProcess process;
-        process.start(C_tool, QStringList{"--station", m_station} + arguments);
-        Run result;
-        if (!process.waitForFinished(timeoutMs)) {
-            process.kill();
-            process.waitForFinished();
-            result.err = "timed out";
-            return result;
-        }
-        result.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        result.out = QString::fromUtf8(process.readAllStandardOutput());
-        result.err = QString::fromUtf8(process.readAllStandardError());
-        return result;
+        return runTool(C_tool, QStringList{"--station", m_station} + arguments, QProcessEnvironment::systemEnvironment());
     }
 
     // A fresh copy of the demo station at m_station.
@@ -87,17 +72,7 @@ class TestDocumentFaults : public QObject
     {
         m_station = m_dir.path() + "/station";
         QDir(m_station).removeRecursively();
-        const QString source = QStringLiteral(STATION_DEMO_DIR);
-        QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-        QDir().mkpath(m_station);
-        while (it.hasNext()) {
-            it.next();
-            const QString target = m_station + '/' + QDir(source).relativeFilePath(it.filePath());
-            if (it.fileInfo().isDir() ? !QDir().mkpath(target) : !QFile::copy(it.filePath(), target))
-                return false;
-            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
-        }
-        return true;
+        return copyTree(QStringLiteral(STATION_DEMO_DIR), m_station);
     }
 
     // The demo document made large with notes the library does not own (kept on every save).

@@ -1,7 +1,6 @@
 // station-config as a user meets it: for each command, arguments -> exit code, standard
 // output, standard error, and what the settings document holds afterwards.
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,28 +10,12 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "stationtool.h"
+
 namespace {
 const QString C_tool = QStringLiteral(STATION_CONFIG_BINARY);
 
-struct Run {
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-bool copyTree(const QString& source, const QString& target)
-{
-    QDir().mkpath(target);
-    QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        it.next();
-        const QString destination = target + '/' + QDir(source).relativeFilePath(it.filePath());
-        if (it.fileInfo().isDir() ? !QDir().mkpath(destination) : !QFile::copy(it.filePath(), destination))
-            return false;
-        QFile::setPermissions(destination, QFile::permissions(destination) | QFile::WriteOwner);
-    }
-    return true;
-}
+using Run = ToolRun;
 
 QJsonObject readJson(const QString& path)
 {
@@ -68,29 +51,13 @@ class TestStationConfig : public QObject
     {
         for (QString& argument : arguments)
             argument.replace("@station", m_station);
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        QProcessEnvironment environment = toolEnvironment(m_dir.path() + "/state");
         environment.insert("XDG_DATA_HOME", m_dir.path() + "/data");
         environment.insert("XDG_CACHE_HOME", m_dir.path() + "/cache");
-        environment.insert("XDG_STATE_HOME", m_dir.path() + "/state");
-        environment.remove("STATION_DIR");
         if (!stationEnv.isEmpty())
             environment.insert("STATION_DIR", QString(stationEnv).replace("@station", m_station));
-        process.setProcessEnvironment(environment);
-        process.start(C_tool, (explicitStation ? QStringList{"--station", m_station} : QStringList()) + arguments);
-        process.write(input);
-        process.closeWriteChannel();
-        Run result;
-        if (!process.waitForFinished(120000)) {
-            process.kill();
-            process.waitForFinished();
-            result.err = "timed out";
-            return result;
-        }
-        result.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        result.out = QString::fromUtf8(process.readAllStandardOutput());
-        result.err = QString::fromUtf8(process.readAllStandardError());
-        return result;
+        return runTool(C_tool, (explicitStation ? QStringList{"--station", m_station} : QStringList()) + arguments,
+                       environment, input);
     }
 
     static void verifyMatches(const QString& text, const QString& pattern, const char* stream)

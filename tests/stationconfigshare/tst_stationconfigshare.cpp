@@ -1,27 +1,20 @@
 // station-config on the demo station with its network folder pointed at a private Samba
 // server: what sync --now and test-share report when the share is really there.
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include "folder.h"
 #include "sambaserver.h"
+#include "stationtool.h"
 #include "utilities/simplecrypt.h"
 
-namespace {
-struct Run {
-    int code = -1;
-    QString out;
-    QString err;
-};
-}
+using Run = ToolRun;
 
 class TestStationConfigShare : public QObject
 {
@@ -33,23 +26,8 @@ class TestStationConfigShare : public QObject
 
     Run run(const QStringList& arguments, const QByteArray& input = QByteArray()) const
     {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("XDG_STATE_HOME", m_dir.path() + "/state");
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(STATION_CONFIG_BINARY), QStringList{"--station", m_station} + arguments);
-        process.write(input);
-        process.closeWriteChannel();
-        Run result;
-        if (!process.waitForFinished(120000)) {
-            process.kill();
-            process.waitForFinished();
-            return result;
-        }
-        result.code = process.exitCode();
-        result.out = QString::fromUtf8(process.readAllStandardOutput());
-        result.err = QString::fromUtf8(process.readAllStandardError());
-        return result;
+        return runTool(QStringLiteral(STATION_CONFIG_BINARY), QStringList{"--station", m_station} + arguments,
+                       toolEnvironment(m_dir.path() + "/state"), input);
     }
 
     bool writeResult(const QString& name, const QByteArray& bytes)
@@ -67,14 +45,7 @@ private slots:
         QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
 
         m_station = m_dir.path() + "/station";
-        const QString source = QStringLiteral(STATION_DEMO_DIR);
-        QDirIterator it(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            it.next();
-            const QString target = m_station + '/' + QDir(source).relativeFilePath(it.filePath());
-            QVERIFY(it.fileInfo().isDir() ? QDir().mkpath(target) : (QDir().mkpath(QFileInfo(target).path()) && QFile::copy(it.filePath(), target)));
-            QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
-        }
+        QVERIFY(copyTree(QStringLiteral(STATION_DEMO_DIR), m_station));
         // The demo's network folder, on this server.
         QFile file(m_station + "/config/settings.json");
         QVERIFY(file.open(QIODevice::ReadWrite));
