@@ -136,3 +136,13 @@ QByteArray SettingsFixture::digest(const QString& path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256) : QByteArray();
 }
+
+bool SettingsFixture::selectFolder(const QString& alias)
+{
+    Directories* directories = DZuConfiguration::getInstance()->directories();
+    bool found = false;
+    const auto folder = directories->getFolderByName(alias, found);
+    if (found)
+        directories->selectFolder(directories->folders()->list().indexOf(folder));
+    return found;
+}

@@ -38,6 +38,8 @@ public:
     QVariant property(const QString& objectName, const char* name) const;
     QString text(const QString& objectName) const;
     bool isShown(const QString& objectName) const;
+    // Selects a folder of the registry by its alias; false when there is none.
+    static bool selectFolder(const QString& alias);
     // SHA-256 of a file's bytes; empty when it cannot be read.
     static QByteArray digest(const QString& path);
 

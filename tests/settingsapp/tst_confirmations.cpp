@@ -171,10 +171,7 @@ void TestConfirmations::confirm()
     QString templateFile;
     if (action == QLatin1String("deleteFolder")) {
         showPage(QStringLiteral("folders"));
-        const auto folders = directories()->folders()->list();
-        bool found = false;
-        directories()->selectFolder(folders.indexOf(directories()->getFolderByName(QStringLiteral("Plant_Share"), found)));
-        QVERIFY(found);
+        QVERIFY(SettingsFixture::selectFolder(QStringLiteral("Plant_Share")));
         QTRY_VERIFY(directories()->isSelectedFolderDeletable());
         done = [this] { return !hasFolder(QStringLiteral("Plant_Share")); };
     } else if (action == QLatin1String("deleteTemplate")) {

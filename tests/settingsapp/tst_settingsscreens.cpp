@@ -71,11 +71,7 @@ void TestSettingsScreens::page()
     QCOMPARE(window->property("pageKeys").toStringList().value(index), key);
     window->setProperty("currentPage", index);
     if (key == QLatin1String("folders")) {
-        Directories* directories = DZuConfiguration::getInstance()->directories();
-        bool found = false;
-        const auto share = directories->getFolderByName(QStringLiteral("Plant_Share"), found);
-        QVERIFY(found);
-        directories->selectFolder(directories->folders()->list().indexOf(share));
+        QVERIFY(SettingsFixture::selectFolder(QStringLiteral("Plant_Share")));
     }
     auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_") + key));
     QVERIFY(page);

@@ -131,11 +131,7 @@ void TestTouchLayout::showPage(const QString& key, const QSize& size)
     window->setProperty("currentPage", index);
     if (key == QLatin1String("folders")) {
         // The network folder shows every field of the editor.
-        Directories* directories = DZuConfiguration::getInstance()->directories();
-        bool found = false;
-        const auto share = directories->getFolderByName(QStringLiteral("Plant_Share"), found);
-        QVERIFY(found);
-        directories->selectFolder(directories->folders()->list().indexOf(share));
+        QVERIFY(SettingsFixture::selectFolder(QStringLiteral("Plant_Share")));
         QTRY_VERIFY(m_fixture.isShown(QStringLiteral("folderAddressField")));
     }
     auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_") + key));
