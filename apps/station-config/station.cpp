@@ -184,7 +184,9 @@ Station::EnSaveResult Station::save(const QString& reason, QString& error,
         error = QStringLiteral("cannot write %1: %2").arg(path, m_configuration->lastSaveError());
         return CeWriteFailed;
     }
-    m_knownDigest = SettingsDocument::read(path).digest;
+    // What was just written, hashed without parsing it again.
+    QFile written(path);
+    m_knownDigest = written.open(QIODevice::ReadOnly) ? SettingsDocument::digest(written.readAll()) : QByteArray();
     return CeSaved;
 }
 

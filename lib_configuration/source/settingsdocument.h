@@ -33,7 +33,6 @@ public:
         int line = 0;
         int column = 0;
         QByteArray digest;
-        bool isUsable() const { return state != CeUnusable; }
     };
 
     enum EnWriteResult {
@@ -74,8 +73,6 @@ public:
     // Waits up to `timeoutMs` for the lock; false with the reason in `error` otherwise.
     bool lock(int timeoutMs, QString* error = nullptr);
     void unlock();
-    bool isLocked() const { return m_descriptor >= 0; }
-    QString path() const { return m_path; }
 
 private:
     QString m_path;
