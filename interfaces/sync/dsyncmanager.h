@@ -40,6 +40,13 @@
 //   resumeAll(). Timer ticks during a pass are dropped.
 // - idleChanged() is emitted on the manager's own thread, after the per-file signals of the pass.
 // - syncStarted/syncCompleted carry the local file's path; errorOccurred carries an English text.
+//   The worker hands them over in batches (at most about ten a second, and at the end of a
+//   pass), each batch emitted here one signal per file in the order of the events: the owner's
+//   thread wakes a bounded number of times per second whatever the number of files.
+// - To a distant root that is a mount point (a share) a few copies run at once; the order of
+//   syncCompleted then follows the copies' ends, not the directory listing.
+// - Each file is read with one stat on a pass where it did not change (none on the distant
+//   side), and the records are streamed from the database in the walk's order, not loaded.
 // - Destruction stops the pass after the file being copied and waits for it.
 class DSyncManager : public QObject
 {

@@ -65,6 +65,7 @@ void DSyncDatabase::close()
         return;
     commit();
     m_insert.reset();
+    m_page.reset();
     {
         QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
         db.close();
@@ -116,28 +117,45 @@ bool DSyncDatabase::commit()
     return false;
 }
 
-QHash<QString, DSyncDatabase::Record> DSyncDatabase::records(const QString& alias)
+QVector<DSyncDatabase::PathRecord> DSyncDatabase::recordsAfter(const QString& alias, const QString& distantRoot,
+                                                                const QByteArray& after, int limit)
 {
-    QHash<QString, Record> result;
-    QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
-    query.setForwardOnly(true);
-    query.prepare(QStringLiteral("SELECT relative_path, distant_root, size, modified, distant_size, distant_modified "
-                                 "FROM files WHERE alias = ?"));
-    query.addBindValue(alias);
+    QVector<PathRecord> result;
+    if (!m_page) {
+        m_page.reset(new QSqlQuery(QSqlDatabase::database(m_connectionName, false)));
+        m_page->setForwardOnly(true);
+        // The primary key's index gives the order; the statement ends before the pass writes.
+        if (!m_page->prepare(QStringLiteral("SELECT relative_path, size, modified, distant_size, distant_modified "
+                                            "FROM files WHERE alias = ? AND relative_path > ? AND distant_root = ? "
+                                            "ORDER BY relative_path LIMIT ?"))) {
+            m_lastError = m_page->lastError().text();
+            m_page.reset();
+            LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot read the sync records"), m_lastError);
+            return result;
+        }
+    }
+    QSqlQuery& query = *m_page;
+    query.bindValue(0, alias);
+    query.bindValue(1, after.isEmpty() ? QString(QLatin1String("")) : QString::fromUtf8(after)); // never NULL
+    query.bindValue(2, distantRoot);
+    query.bindValue(3, limit);
     if (!query.exec()) {
         m_lastError = query.lastError().text();
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("Cannot read the sync records"), m_lastError);
         return result;
     }
+    result.reserve(limit);
     while (query.next()) {
-        Record record;
-        record.distantRoot = query.value(1).toString();
-        record.size = query.value(2).toLongLong();
-        record.modified = query.value(3).toLongLong();
-        record.distantSize = query.value(4).toLongLong();
-        record.distantModified = query.value(5).toLongLong();
-        result.insert(query.value(0).toString(), record);
+        PathRecord row;
+        row.relativePath = query.value(0).toString().toUtf8();
+        row.record.distantRoot = distantRoot;
+        row.record.size = query.value(1).toLongLong();
+        row.record.modified = query.value(2).toLongLong();
+        row.record.distantSize = query.value(3).toLongLong();
+        row.record.distantModified = query.value(4).toLongLong();
+        result << row;
     }
+    query.finish();
     return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
-#include <QHash>
+#include <QByteArray>
 #include <QString>
+#include <QVector>
 
 #include <memory>
 
@@ -29,8 +30,16 @@ public:
     void close();
     QString lastError() const { return m_lastError; }
 
-    // Records of one alias, by path relative to its local directory.
-    QHash<QString, Record> records(const QString& alias);
+    struct PathRecord
+    {
+        QByteArray relativePath; // UTF-8, as SQLite orders it
+        Record record;
+    };
+    // Up to `limit` records of an alias written to one distant root, whose paths (relative to
+    // the local directory) come after `after`, in byte order: a pass streams them page by page
+    // instead of holding them all. Empty at the end or on an error (lastError()).
+    QVector<PathRecord> recordsAfter(const QString& alias, const QString& distantRoot, const QByteArray& after,
+                                     int limit);
     bool store(const QString& alias, const QString& relativePath, const Record& record);
     // Groups writes: one transaction per batch instead of one per file.
     bool commit();
@@ -47,6 +56,7 @@ private:
 
     QString m_connectionName;
     std::unique_ptr<QSqlQuery> m_insert; // prepared once per open
+    std::unique_ptr<QSqlQuery> m_page;
     QString m_lastError;
     bool m_inTransaction = false;
     int m_pendingWrites = 0;

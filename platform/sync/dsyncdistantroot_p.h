@@ -28,6 +28,8 @@ public:
     bool open(const QString& path);
     void close();
     QString path() const { return m_path; }
+    // The open directory, for copies that run relative to it on other threads.
+    int descriptor() const { return m_fd; }
     QString errorString() const { return m_error; }
     // On another device than its parent when opened.
     bool isMountPoint() const { return m_mountPoint; }

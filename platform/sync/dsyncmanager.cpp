@@ -56,7 +56,27 @@ public:
     void dispatchPass();
     void passFinished(bool interrupted);
     void timerTick();
+    void deliver(const DSyncEventBatch& events);
 };
+
+// One wake-up of this thread per batch; the signals themselves stay one per file, in order.
+void DSyncManager::Private::deliver(const DSyncEventBatch& events)
+{
+    for (const DSyncEvent& event : events) {
+        switch (event.kind) {
+        case DSyncEvent::CeStarted:
+            emit q->syncStarted(event.text);
+            break;
+        case DSyncEvent::CeCompleted:
+        case DSyncEvent::CeFailed:
+            emit q->syncCompleted(event.text, event.kind == DSyncEvent::CeCompleted);
+            break;
+        case DSyncEvent::CeError:
+            emit q->errorOccurred(event.text);
+            break;
+        }
+    }
+}
 
 void DSyncManager::Private::ensureStarted()
 {
@@ -66,9 +86,9 @@ void DSyncManager::Private::ensureStarted()
     thread->setObjectName(QStringLiteral("DSyncManager"));
     worker = new DSyncWorker(&paused, &stopping);
     worker->moveToThread(thread);
-    QObject::connect(worker, &DSyncWorker::syncStarted, q, &DSyncManager::syncStarted, Qt::QueuedConnection);
-    QObject::connect(worker, &DSyncWorker::syncCompleted, q, &DSyncManager::syncCompleted, Qt::QueuedConnection);
-    QObject::connect(worker, &DSyncWorker::errorOccurred, q, &DSyncManager::errorOccurred, Qt::QueuedConnection);
+    qRegisterMetaType<DSyncEventBatch>();
+    QObject::connect(worker, &DSyncWorker::eventsReady, q, [this](const DSyncEventBatch& events) { deliver(events); },
+                     Qt::QueuedConnection);
     QObject::connect(worker, &DSyncWorker::passFinished, q, [this](bool interrupted) { passFinished(interrupted); },
                      Qt::QueuedConnection);
     thread->start();

@@ -1,13 +1,13 @@
 #include "dsyncworker_p.h"
 
+#include "dsynclocalwalk_p.h"
 #include "utilities/logline.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
+#include <QMutexLocker>
 #include <QThread>
 
 #include <unistd.h>
@@ -15,11 +15,9 @@
 namespace {
 const char* const C_sourceFile = "platform/sync/dsyncworker";
 const qint64 C_bufferSize = 256 * 1024;
-
-qint64 modifiedMs(const QFileInfo& info)
-{
-    return info.lastModified().toMSecsSinceEpoch();
-}
+const int C_recordsPerPage = 2000;
+// A file this large sends the events gathered so far before it is copied.
+const qint64 C_largeFile = 8 * 1024 * 1024;
 
 // Same bytes in a local file and an open distant file (the descriptor is taken over).
 bool sameContent(const QString& localFile, int distantFd)
@@ -52,6 +50,50 @@ QString safeAlias(const QString& alias)
         name = QStringLiteral("_");
     return name;
 }
+
+// The records of one alias and distant root, read page by page in the walk's order.
+class RecordStream
+{
+public:
+    RecordStream(DSyncDatabase& database, const QString& alias, const QString& distantRoot)
+        : m_database(database)
+        , m_alias(alias)
+        , m_distantRoot(distantRoot)
+    {
+    }
+
+    // The record of a path, null when there is none; paths must come in increasing byte order.
+    const DSyncDatabase::Record* find(const QByteArray& relativePath)
+    {
+        for (;;) {
+            if (m_index >= m_page.size()) {
+                if (m_ended)
+                    return nullptr;
+                m_page = m_database.recordsAfter(m_alias, m_distantRoot, m_last, C_recordsPerPage);
+                m_index = 0;
+                m_ended = m_page.size() < C_recordsPerPage;
+                if (m_page.isEmpty())
+                    return nullptr;
+                m_last = m_page.constLast().relativePath;
+            }
+            const QByteArray& key = m_page.at(m_index).relativePath;
+            if (key < relativePath) {
+                ++m_index;
+                continue;
+            }
+            return key == relativePath ? &m_page.at(m_index).record : nullptr;
+        }
+    }
+
+private:
+    DSyncDatabase& m_database;
+    const QString m_alias;
+    const QString m_distantRoot;
+    QVector<DSyncDatabase::PathRecord> m_page;
+    int m_index = 0;
+    bool m_ended = false;
+    QByteArray m_last;
+};
 }
 
 const QString DSyncWorker::C_temporaryPrefix = QStringLiteral(".dsync-");
@@ -61,6 +103,12 @@ DSyncWorker::DSyncWorker(const std::atomic_bool* paused, const std::atomic_bool*
     : m_paused(paused)
     , m_stopping(stopping)
 {
+    m_transfers.setMaxThreadCount(C_transfersInFlight);
+}
+
+DSyncWorker::~DSyncWorker()
+{
+    m_transfers.waitForDone();
 }
 
 bool DSyncWorker::shouldStop() const
@@ -68,18 +116,43 @@ bool DSyncWorker::shouldStop() const
     return m_paused->load() || m_stopping->load();
 }
 
+void DSyncWorker::post(DSyncEvent::EnKind kind, const QString& text)
+{
+    m_events.append(DSyncEvent {kind, text});
+    if (!m_sinceFlush.isValid() || m_sinceFlush.elapsed() >= C_batchIntervalMs)
+        flushEvents();
+}
+
+void DSyncWorker::flushEvents()
+{
+    m_sinceFlush.start();
+    if (m_events.isEmpty())
+        return;
+    emit eventsReady(m_events);
+    m_events.clear();
+}
+
 void DSyncWorker::fail(int line, const QString& message, const QString& detail)
 {
     LogLine::critical(this, C_sourceFile, line, message, detail);
-    emit errorOccurred(detail.isEmpty() ? message : message + QStringLiteral(": ") + detail);
+    post(DSyncEvent::CeError, detail.isEmpty() ? message : message + QStringLiteral(": ") + detail);
 }
 
-bool DSyncWorker::isExcluded(const QString& fileName) const
+bool DSyncWorker::isExcluded(const QByteArray& fileName) const
 {
-    if (fileName.startsWith(C_temporaryPrefix) && fileName.endsWith(C_temporarySuffix))
+    static const QByteArray temporaryPrefix = C_temporaryPrefix.toUtf8();
+    static const QByteArray temporarySuffix = C_temporarySuffix.toUtf8();
+    if (fileName.startsWith(temporaryPrefix) && fileName.endsWith(temporarySuffix))
         return true;
+    for (const QByteArray& suffix : m_excludedSuffixes) {
+        if (fileName.endsWith(suffix))
+            return true;
+    }
+    if (m_excluded.isEmpty())
+        return false;
+    const QString name = QFile::decodeName(fileName);
     for (const QRegularExpression& expression : m_excluded) {
-        if (expression.match(fileName).hasMatch())
+        if (expression.match(name).hasMatch())
             return true;
     }
     return false;
@@ -93,7 +166,14 @@ void DSyncWorker::runPass(const DSyncPassJob& job)
             fail(__LINE__, QStringLiteral("Sync pass skipped, no database file path"), QString());
         } else {
             m_excluded.clear();
+            m_excludedSuffixes.clear();
             for (const QString& pattern : job.excludedPatterns) {
+                const QString rest = pattern.mid(1);
+                if (pattern.startsWith(QLatin1Char('*')) && !rest.isEmpty()
+                    && !rest.contains(QRegularExpression(QStringLiteral("[*?\\[\\]\\\\]")))) {
+                    m_excludedSuffixes << QFile::encodeName(rest);
+                    continue;
+                }
                 QRegularExpression expression(QRegularExpression::wildcardToRegularExpression(pattern));
                 if (expression.isValid())
                     m_excluded << expression;
@@ -122,14 +202,15 @@ void DSyncWorker::runPass(const DSyncPassJob& job)
             }
         }
     }
+    flushEvents();
     emit passFinished(interrupted);
 }
 
 DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, const DSyncPassJob& job,
                                                     const DSyncPassJob::Mirror& mirror)
 {
-    const QFileInfo localRoot(mirror.localPath);
-    if (!localRoot.isDir()) {
+    DSyncLocalWalk walk;
+    if (!walk.open(mirror.localPath)) {
         fail(__LINE__, QStringLiteral("Local directory missing"), mirror.alias + QStringLiteral(": ") + mirror.localPath);
         return EnMirrorResult::CeMirrorDone;
     }
@@ -149,35 +230,26 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
     m_unfinishedMarked = database.isUnfinished(mirror.alias);
     if (m_unfinishedMarked)
         removeStaleTemporaries(root, mirror);
+    m_skippedRelative.clear();
+    const QString localPrefix = mirror.localPath + QLatin1Char('/');
+    for (const QString& skipped : qAsConst(m_skippedFiles)) {
+        if (skipped.startsWith(localPrefix))
+            m_skippedRelative.insert(QFile::encodeName(skipped.mid(localPrefix.size())));
+    }
 
-    EnMirrorResult result = EnMirrorResult::CeMirrorDone;
-    const QHash<QString, DSyncDatabase::Record> records = database.records(mirror.alias);
-    const QDir localDir(localRoot.absoluteFilePath());
-    QDirIterator it(localDir.absolutePath(), QDir::Files | QDir::Hidden | QDir::NoSymLinks,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        if (shouldStop()) {
-            result = EnMirrorResult::CeMirrorInterrupted;
-            break;
-        }
-        const QString localFile = it.next();
-        const QFileInfo info = it.fileInfo();
-        if (isExcluded(info.fileName()) || m_skippedFiles.contains(localFile))
-            continue;
-        const QString relativePath = localDir.relativeFilePath(localFile);
-        const qint64 size = info.size();
-        const qint64 modified = modifiedMs(info);
-
-        const auto found = records.constFind(relativePath);
-        const DSyncDatabase::Record* record = nullptr;
-        if (found != records.constEnd() && found->distantRoot == mirror.remotePath)
-            record = &found.value();
-        if (record && record->size == size && record->modified == modified)
-            continue;
-        if (!rootStillThere(root, mirror)
-            || syncFile(database, job, root, mirror, relativePath, localFile, size, modified, record)
-                == EnFileResult::CeFileRootLost)
-            break;
+    MirrorState state;
+    state.job = &job;
+    state.mirror = &mirror;
+    state.database = &database;
+    state.root = &root;
+    state.concurrent = root.isMountPoint();
+    const EnMirrorResult result = walkMirror(state, walk);
+    collectTransfers(state, true);
+    if (state.rootLost) {
+        // Reported after the transfers that were in flight, as what ended the alias's pass.
+        fail(__LINE__, QStringLiteral("Pass stopped, distant directory unreachable"),
+             mirror.alias + QStringLiteral(": ") + mirror.remotePath + QStringLiteral(" (") + root.errorString()
+                 + QLatin1Char(')'));
     }
     database.commit();
     if (m_unfinishedMarked && !m_temporaryLeft)
@@ -185,16 +257,30 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
     return result;
 }
 
-bool DSyncWorker::rootStillThere(DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror)
+DSyncWorker::EnMirrorResult DSyncWorker::walkMirror(MirrorState& state, DSyncLocalWalk& walk)
 {
-    if (root.verify())
-        return true;
-    // Whatever now answers at that path (the bare mount point of an unmounted share) is not
-    // the distant side: the alias waits for the next pass.
-    fail(__LINE__, QStringLiteral("Pass stopped, distant directory unreachable"),
-         mirror.alias + QStringLiteral(": ") + mirror.remotePath + QStringLiteral(" (") + root.errorString()
-             + QLatin1Char(')'));
-    return false;
+    RecordStream records(*state.database, state.mirror->alias, state.mirror->remotePath);
+    DSyncLocalWalk::File file;
+    while (walk.next(file)) {
+        if (shouldStop())
+            return EnMirrorResult::CeMirrorInterrupted;
+        if (isExcluded(file.name) || m_skippedRelative.contains(file.relativePath))
+            continue;
+        const DSyncDatabase::Record* record = records.find(file.relativePath);
+        if (record && record->size == file.size && record->modified == file.modified)
+            continue;
+        collectTransfers(state, false);
+        // Whatever now answers at that path (the bare mount point of an unmounted share) is not
+        // the distant side: the alias waits for the next pass.
+        if (state.rootLost || !state.root->verify()) {
+            state.rootLost = true;
+            break;
+        }
+        if (syncFile(state, QFile::decodeName(file.relativePath), file.size, file.modified, record)
+            == EnFileResult::CeFileRootLost)
+            break;
+    }
+    return EnMirrorResult::CeMirrorDone;
 }
 
 // A pass killed while copying leaves its temporary behind; the database says which aliases
@@ -212,12 +298,13 @@ void DSyncWorker::removeStaleTemporaries(DSyncDistantRoot& root, const DSyncPass
     }
 }
 
-DSyncWorker::EnFileResult DSyncWorker::syncFile(DSyncDatabase& database, const DSyncPassJob& job,
-                                                DSyncDistantRoot& root, const DSyncPassJob::Mirror& mirror,
-                                                const QString& relativePath, const QString& localFile, qint64 size,
+DSyncWorker::EnFileResult DSyncWorker::syncFile(MirrorState& state, const QString& relativePath, qint64 size,
                                                 qint64 modified, const DSyncDatabase::Record* record)
 {
-    emit syncStarted(localFile);
+    const DSyncPassJob::Mirror& mirror = *state.mirror;
+    DSyncDistantRoot& root = *state.root;
+    const QString localFile = mirror.localPath + QLatin1Char('/') + relativePath;
+    post(DSyncEvent::CeStarted, localFile);
     const DSyncDistantRoot::Entry distant = root.entry(relativePath);
 
     DSyncDatabase::Record written;
@@ -228,119 +315,134 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(DSyncDatabase& database, const D
     if (distant.exists) {
         if (distant.isDirectory) {
             fail(__LINE__, QStringLiteral("Distant path is a directory"), mirror.remotePath + QLatin1Char('/') + relativePath);
-            emit syncCompleted(localFile, false);
+            post(DSyncEvent::CeFailed, localFile);
             return EnFileResult::CeFileFailed;
         }
         const bool asWritten = record && !distant.isSymLink && distant.size == record->distantSize
             && distant.modified == record->distantModified;
         if (!asWritten) {
             // Already the local content (its record lost in a crash, or the database wiped): only remember it.
-            if (!distant.isSymLink && sameContent(localFile, root.openForReading(relativePath)))
-                return storeRecord(database, root, mirror, relativePath, localFile, written, false);
-            if (!moveToTrash(job.trashDirectoryPath, root, mirror.alias, relativePath)) {
-                emit syncCompleted(localFile, false);
+            if (!distant.isSymLink && sameContent(localFile, root.openForReading(relativePath))) {
+                written.distantSize = distant.size;
+                written.distantModified = distant.modified;
+                return storeRecord(state, relativePath, localFile, written, false);
+            }
+            if (!moveToTrash(state.job->trashDirectoryPath, root, mirror.alias, relativePath)) {
+                post(DSyncEvent::CeFailed, localFile);
                 return EnFileResult::CeFileFailed;
             }
         }
     }
 
-    // Written through before the first temporary, so that a crash is followed by a clean-up.
-    if (!m_unfinishedMarked)
-        m_unfinishedMarked = database.setUnfinished(mirror.alias, true);
-    if (!copyThroughTemporary(root, localFile, relativePath, modified)) {
-        emit syncCompleted(localFile, false);
-        return EnFileResult::CeFileFailed;
-    }
-    return storeRecord(database, root, mirror, relativePath, localFile, written, true);
-}
-
-// Records the distant file as it is now, once sure it was written on the distant side.
-DSyncWorker::EnFileResult DSyncWorker::storeRecord(DSyncDatabase& database, DSyncDistantRoot& root,
-                                                   const DSyncPassJob::Mirror& mirror, const QString& relativePath,
-                                                   const QString& localFile, DSyncDatabase::Record record, bool copied)
-{
-    if (!rootStillThere(root, mirror)) {
-        emit syncCompleted(localFile, false);
-        return EnFileResult::CeFileRootLost;
-    }
-    const DSyncDistantRoot::Entry distant = root.entry(relativePath);
-    record.distantSize = distant.size;
-    record.distantModified = distant.modified;
-    const bool stored = database.store(mirror.alias, relativePath, record);
-    if (!stored && copied)
-        fail(__LINE__, QStringLiteral("Copied but not recorded"), localFile);
-    emit syncCompleted(localFile, stored);
-    return stored ? EnFileResult::CeFileDone : EnFileResult::CeFileFailed;
-}
-
-bool DSyncWorker::copyThroughTemporary(DSyncDistantRoot& root, const QString& localFile, const QString& relativePath,
-                                       qint64 modified)
-{
-    const QString distantFile = root.path() + QLatin1Char('/') + relativePath;
     const QString directory = QFileInfo(relativePath).path();
     if (!m_createdDirectories.contains(directory)) {
         if (!root.makeDirectories(directory)) {
             fail(__LINE__, QStringLiteral("Cannot create the distant directory"),
                  root.path() + QLatin1Char('/') + directory + QStringLiteral(": ") + root.errorString());
-            return false;
+            post(DSyncEvent::CeFailed, localFile);
+            return EnFileResult::CeFileFailed;
         }
         m_createdDirectories.insert(directory);
     }
+    // Written through before the first temporary, so that a crash is followed by a clean-up.
+    if (!m_unfinishedMarked)
+        m_unfinishedMarked = state.database->setUnfinished(mirror.alias, true);
 
-    QFile source(localFile);
-    if (!source.open(QIODevice::ReadOnly)) {
-        fail(__LINE__, QStringLiteral("Cannot read the local file"), localFile + QStringLiteral(": ") + source.errorString());
-        return false;
+    Transfer transfer;
+    transfer.request.localFile = localFile;
+    transfer.request.relativePath = relativePath;
+    transfer.request.size = size;
+    transfer.request.modified = modified;
+    transfer.request.statAfterRename = state.concurrent;
+    transfer.record = written;
+    if (size >= C_largeFile)
+        flushEvents();
+    if (!state.concurrent) {
+        transfer.result = dsyncCopyFile(root.descriptor(), root.path(), transfer.request, state.abilities, m_buffer);
+        return finishTransfer(state, transfer);
     }
-    // A hidden name of our own (rather than QTemporaryFile) keeps it to one create and one rename.
-    const QString directoryPrefix = directory == QLatin1String(".") ? QString() : directory + QLatin1Char('/');
-    QString temporaryPath;
-    QFile temporary;
-    for (int attempt = 0; attempt < 8 && !temporary.isOpen(); ++attempt) {
-        temporaryPath = directoryPrefix + C_temporaryPrefix
-            + QString::number(QRandomGenerator::global()->generate64(), 36) + C_temporarySuffix;
-        const int fd = root.createNew(temporaryPath);
-        if (fd >= 0 && !temporary.open(fd, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
-            ::close(fd);
+    transfer.abilities = state.abilities;
+    {
+        QMutexLocker lock(&m_transferMutex);
+        ++m_inFlight;
     }
-    if (!temporary.isOpen()) {
-        fail(__LINE__, QStringLiteral("Cannot write in the distant directory"),
-             root.path() + QLatin1Char('/') + directory + QStringLiteral(": ") + root.errorString());
-        return false;
-    }
-    const auto discard = [&](int line, const QString& message, const QString& detail) {
-        temporary.close();
-        if (!root.remove(temporaryPath))
-            m_temporaryLeft = true;
-        fail(line, message, detail);
-        return false;
-    };
-    if (m_buffer.size() != C_bufferSize)
-        m_buffer.resize(C_bufferSize);
+    const int rootFd = root.descriptor();
+    const QString rootPath = root.path();
+    m_transfers.start(QRunnable::create([this, transfer, rootFd, rootPath]() mutable {
+        static thread_local QByteArray buffer;
+        transfer.result = dsyncCopyFile(rootFd, rootPath, transfer.request, transfer.abilities, buffer);
+        QMutexLocker lock(&m_transferMutex);
+        m_finishedTransfers.append(transfer);
+        --m_inFlight;
+        m_transferDone.wakeAll();
+    }));
+    return EnFileResult::CeFileDone;
+}
+
+void DSyncWorker::collectTransfers(MirrorState& state, bool all)
+{
+    if (!state.concurrent)
+        return;
     for (;;) {
-        const qint64 read = source.read(m_buffer.data(), m_buffer.size());
-        if (read < 0)
-            return discard(__LINE__, QStringLiteral("Cannot read the local file"),
-                           localFile + QStringLiteral(": ") + source.errorString());
-        if (read == 0)
-            break;
-        if (temporary.write(m_buffer.constData(), read) != read)
-            return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
-                           distantFile + QStringLiteral(": ") + temporary.errorString());
+        QVector<Transfer> finished;
+        bool more = false;
+        {
+            QMutexLocker lock(&m_transferMutex);
+            const auto mustWait = [&] {
+                return m_finishedTransfers.isEmpty() && (all ? m_inFlight > 0 : m_inFlight >= C_transfersInFlight);
+            };
+            while (mustWait()) {
+                // Long copies: what was gathered meanwhile still reaches the manager in time.
+                if (!m_transferDone.wait(&m_transferMutex, C_batchIntervalMs) && mustWait()) {
+                    lock.unlock();
+                    flushEvents();
+                    lock.relock();
+                }
+            }
+            finished.swap(m_finishedTransfers);
+            more = all && m_inFlight > 0;
+        }
+        for (const Transfer& transfer : qAsConst(finished)) {
+            state.abilities.clone = state.abilities.clone && transfer.abilities.clone;
+            state.abilities.kernelCopy = state.abilities.kernelCopy && transfer.abilities.kernelCopy;
+            finishTransfer(state, transfer);
+        }
+        if (!more)
+            return;
     }
-    if (!temporary.flush())
-        return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
-                       distantFile + QStringLiteral(": ") + temporary.errorString());
-    // The copy keeps the local modification time (a failure here only costs a content check later).
-    temporary.setFileTime(QDateTime::fromMSecsSinceEpoch(modified), QFileDevice::FileModificationTime);
-    temporary.close();
-    if (temporary.error() != QFileDevice::NoError)
-        return discard(__LINE__, QStringLiteral("Cannot write the distant copy"),
-                       distantFile + QStringLiteral(": ") + temporary.errorString());
-    if (!root.rename(temporaryPath, relativePath))
-        return discard(__LINE__, QStringLiteral("Cannot move the distant copy into place"),
-                       distantFile + QStringLiteral(": ") + root.errorString());
-    return true;
+}
+
+DSyncWorker::EnFileResult DSyncWorker::finishTransfer(MirrorState& state, const Transfer& transfer)
+{
+    if (!transfer.result.ok) {
+        m_temporaryLeft = m_temporaryLeft || transfer.result.temporaryLeft;
+        fail(__LINE__, transfer.result.message, transfer.result.detail);
+        post(DSyncEvent::CeFailed, transfer.request.localFile);
+        return EnFileResult::CeFileFailed;
+    }
+    DSyncDatabase::Record record = transfer.record;
+    record.distantSize = transfer.result.distantSize;
+    record.distantModified = transfer.result.distantModified;
+    return storeRecord(state, transfer.request.relativePath, transfer.request.localFile, record, true);
+}
+
+// Records the distant file as written, once sure it was written on the distant side.
+DSyncWorker::EnFileResult DSyncWorker::storeRecord(MirrorState& state, const QString& relativePath,
+                                                   const QString& localFile, const DSyncDatabase::Record& record,
+                                                   bool copied)
+{
+    // A distant root of the local disk cannot be replaced by a bare mount point: the check
+    // before the file is enough there.
+    if (state.rootLost || (state.root->isMountPoint() && !state.root->verify())) {
+        state.rootLost = true;
+        post(DSyncEvent::CeFailed, localFile);
+        return EnFileResult::CeFileRootLost;
+    }
+    const bool stored = state.database->store(state.mirror->alias, relativePath, record);
+    if (!stored && copied)
+        fail(__LINE__, QStringLiteral("Copied but not recorded"), localFile);
+    post(stored ? DSyncEvent::CeCompleted : DSyncEvent::CeFailed, localFile);
+    return stored ? EnFileResult::CeFileDone : EnFileResult::CeFileFailed;
 }
 
 bool DSyncWorker::moveToTrash(const QString& trashRoot, DSyncDistantRoot& root, const QString& alias,

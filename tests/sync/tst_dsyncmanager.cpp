@@ -177,6 +177,74 @@ private Q_SLOTS:
         QCOMPARE(pass(manager), QStringList {"sub/r.txt"});
         QCOMPARE(filesUnder(trash()).size(), inTrash.size());
     }
+    void unchangedFilesAreFoundWhateverTheirNames_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        // Names whose byte order differs from the order of their directories' listing.
+        QTest::newRow("a directory between names that sort around its own")
+            << QStringList {"a-b", "a.txt", "a/x", "a/y/z", "a0", "a_", "b"};
+        QTest::newRow("non-ASCII names and deep directories")
+            << QStringList {"\u00e9t\u00e9.txt", "e/f", "z\u00fc/1", "zu/2", "d/d/d/d/deep", "d-d"};
+        QTest::newRow("more files than one page of records")
+            << [] {
+                   QStringList names;
+                   for (int i = 0; i < 2600; ++i)
+                       names << QString("p%1/f%2").arg(i % 7).arg(i);
+                   return names;
+               }();
+    }
+    // A pass with nothing changed finds every record, and copies nothing again.
+    void unchangedFilesAreFoundWhateverTheirNames()
+    {
+        QFETCH(QStringList, names);
+        for (const QString& name : names)
+            QVERIFY(writeFile(local(name), name.toUtf8()));
+        DSyncManager* manager = makeManager();
+        QStringList sorted = names;
+        sorted.sort();
+        QStringList copied = pass(manager);
+        copied.sort();
+        QCOMPARE(copied, sorted);
+        QCOMPARE(pass(manager), QStringList());
+        QVERIFY(writeFile(local(names.last()), "changed"));
+        QCOMPARE(pass(manager), QStringList {names.last()});
+    }
+
+    void progressReachesTheOwnerInBatches_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::newRow("2,000 files") << 2000;
+        QTest::newRow("8,000 files") << 8000;
+    }
+    // Every file is signalled, while the owner's thread is woken a bounded number of times per second.
+    void progressReachesTheOwnerInBatches()
+    {
+        QFETCH(int, count);
+        for (int i = 0; i < count; ++i)
+            QVERIFY(writeFile(local(QString("d%1/f%2").arg(i / 500).arg(i)), "x"));
+        DSyncManager* manager = makeManager();
+        struct Wakeups : QObject
+        {
+            int count = 0;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                count += event->type() == QEvent::MetaCall;
+                return false;
+            }
+        } wakeups;
+        manager->installEventFilter(&wakeups);
+        QElapsedTimer clock;
+        clock.start();
+        QSignalSpy started(manager, &DSyncManager::syncStarted);
+        QCOMPARE(pass(manager).size(), count);
+        const qint64 elapsedMs = clock.elapsed();
+        manager->removeEventFilter(&wakeups);
+        QCOMPARE(started.size(), count);
+        // One batch per 100 ms at most, plus the first one and the end of the pass.
+        QVERIFY2(wakeups.count <= elapsedMs / 100 + 3,
+                 qPrintable(QString("%1 wake-ups in %2 ms").arg(wakeups.count).arg(elapsedMs)));
+    }
+
     void readerNeverSeesHalfCopiedFile()
     {
         const QByteArray big = pattern(48 * 1024 * 1024, 'a');
