@@ -224,6 +224,10 @@ DZuConfiguration::DZuConfiguration(const QString& configurationDirectoryPath, co
                                 QStringLiteral("YYYY-MM-DD")};
     m_hourFormats = QStringList{C_hourFormat24, C_hourFormat12};
     loadTimeZones();
+
+    // A layout chosen by the operator (setKeyboardInput) also becomes the compositor's keymap.
+    connect(KeyboardManagement::instance(), &KeyboardManagement::keyboardLayoutApplied, this,
+            &DZuConfiguration::setKeyMapLayout);
 }
 
 DZuConfiguration::~DZuConfiguration()
@@ -796,7 +800,8 @@ QString DZuConfiguration::getCurrentLanguage() const
 
 QString DZuConfiguration::getLanguageName() const
 {
-    return QLocale(getCurrentLanguage()).name();
+    // From the code ("fr_FR"): the display name ("Français") is not a locale name.
+    return QLocale(LanguagesManagement::instance()->getCurrentLanguageCode()).name();
 }
 
 QStringList DZuConfiguration::getKeyboardLayouts() const

@@ -5,9 +5,16 @@
 #include "utilities/logline.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
-#include <QTextStream>
+#include <QTemporaryFile>
 #include <QTimeZone>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 const char C_source[] = "lib_configuration/source/d_zu_configuration";
@@ -16,7 +23,8 @@ const QString C_timeZoneResource = QStringLiteral(":/data/timezones.csv");
 const QString C_hourFormat24 = QStringLiteral("24 h");
 const QString C_hourPattern24 = QStringLiteral("HH:mm");
 const QString C_hourPattern12 = QStringLiteral("hh:mm A");
-const QString C_keymapLayoutKey = QStringLiteral("keymap_layout=");
+const QByteArray C_keymapLayoutKey = QByteArrayLiteral("keymap_layout=");
+const QString C_systemTimeZoneProgram = QStringLiteral("timedatectl");
 
 QString& timeZoneProgram()
 {
@@ -28,6 +36,51 @@ QString& compositorFilePath()
 {
     static QString path = QStringLiteral("/etc/xdg/weston/weston.ini");
     return path;
+}
+
+// Replaces the file at `path` (a symbolic link's target) by `bytes` so that a crash leaves
+// either the old or the new file: a temporary file beside it with the old mode and owner,
+// flushed to disk, renamed over it. The old file is untouched on failure.
+bool replaceFile(const QString& path, const QByteArray& bytes, QString* error)
+{
+    const QString target = QFileInfo(path).canonicalFilePath();
+    struct stat old;
+    if (target.isEmpty() || ::stat(QFile::encodeName(target).constData(), &old) != 0) {
+        *error = QString::fromLocal8Bit(std::strerror(errno));
+        return false;
+    }
+    const QFileInfo info(target);
+    QTemporaryFile temporary(info.absolutePath() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".XXXXXX"));
+    if (!temporary.open()) {
+        *error = temporary.errorString();
+        return false;
+    }
+    const int fd = temporary.handle();
+    if (temporary.write(bytes) != bytes.size() || !temporary.flush()) {
+        *error = temporary.errorString();
+        return false;
+    }
+    // The owner only when allowed (root); the mode always.
+    if (::fchown(fd, old.st_uid, old.st_gid) != 0 && errno != EPERM) {
+        *error = QString::fromLocal8Bit(std::strerror(errno));
+        return false;
+    }
+    if (::fchmod(fd, old.st_mode & 07777) != 0 || ::fsync(fd) != 0) {
+        *error = QString::fromLocal8Bit(std::strerror(errno));
+        return false;
+    }
+    if (::rename(QFile::encodeName(temporary.fileName()).constData(), QFile::encodeName(target).constData()) != 0) {
+        *error = QString::fromLocal8Bit(std::strerror(errno));
+        return false;
+    }
+    temporary.setAutoRemove(false);
+    // The new directory entry reaches the disk too.
+    const int directory = ::open(QFile::encodeName(info.absolutePath()).constData(), O_RDONLY | O_DIRECTORY);
+    if (directory >= 0) {
+        ::fsync(directory);
+        ::close(directory);
+    }
+    return true;
 }
 }
 
@@ -98,9 +151,13 @@ void DZuConfiguration::setRegion(const QString& region, const QString& city)
         } else {
             // Blocks the caller until the command ends; any outcome but exit code 0 is a failure.
             const int exitCode = QProcess::execute(timeZoneProgram(), {QStringLiteral("set-timezone"), identifier});
-            if (exitCode == 0)
+            if (exitCode == 0 && QFileInfo(timeZoneProgram()).fileName() == C_systemTimeZoneProgram)
                 LogLine::debug(this, C_source, __LINE__,
                                qtTrId("DZuConfiguration_The_system_time_zone_has_been_successfully_changed_"));
+            else if (exitCode == 0) // a preview's stand-in: nothing changed on this computer
+                LogLine::debug(this, C_source, __LINE__,
+                               QStringLiteral("time zone %1 given to the stand-in %2 (exit 0); the system time zone "
+                                              "is unchanged").arg(identifier, timeZoneProgram()));
             else
                 LogLine::critical(this, C_source, __LINE__, qtTrId("DZuConfiguration_Error_changing_system_time_zone_"));
         }
@@ -166,27 +223,38 @@ void DZuConfiguration::setKeyMapLayout(const QString& layout)
         return;
 
     const QString path = compositorFilePath();
+    if (path.isEmpty()) {
+        LogLine::debug(this, C_source, __LINE__,
+                       QStringLiteral("keyboard map %1 not applied: no compositor file (preview)").arg(layout));
+        return;
+    }
     QFile file(path);
-    // ExistingOnly: a missing compositor file is reported, never created empty.
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Text | QIODevice::ExistingOnly)) {
+    // A missing compositor file is reported, never created.
+    if (!file.open(QIODevice::ReadOnly)) {
         LogLine::debug(this, C_source, __LINE__, QStringLiteral("ERROR: cannot open file: ") + path);
         return;
     }
+    const QByteArray before = file.readAll();
+    file.close();
 
-    QStringList lines;
-    {
-        QTextStream in(&file);
-        in.setCodec("UTF-8");
-        while (!in.atEnd()) {
-            const QString line = in.readLine();
-            lines.append(line.startsWith(C_keymapLayoutKey) ? C_keymapLayoutKey + layout.toLower() : line);
-        }
+    // Other lines are kept byte for byte; each line ends with a line feed.
+    QList<QByteArray> lines = before.split('\n');
+    if (!lines.isEmpty() && lines.constLast().isEmpty())
+        lines.removeLast();
+    QByteArray after;
+    after.reserve(before.size() + layout.size() + 1);
+    for (const QByteArray& line : qAsConst(lines)) {
+        if (line.startsWith(C_keymapLayoutKey))
+            after += C_keymapLayoutKey + layout.toLower().toUtf8() + (line.endsWith('\r') ? "\r" : "");
+        else
+            after += line;
+        after += '\n';
     }
-
-    file.resize(0);
-    file.seek(0);
-    QTextStream out(&file);
-    out.setCodec("UTF-8");
-    for (const QString& line : lines)
-        out << line << '\n';
+    if (after == before)
+        return;
+    QString error;
+    if (!replaceFile(path, after, &error))
+        LogLine::critical(this, C_source, __LINE__,
+                          QStringLiteral("ERROR: cannot rewrite the keyboard map in %1: %2; the file is unchanged")
+                              .arg(path, error));
 }

@@ -3,11 +3,14 @@
 #include "logcapture.h"
 
 #include <QLocale>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTimeZone>
 #include <QtTest>
 
 #include <algorithm>
+
+#include <unistd.h>
 
 namespace {
 using Rows = QList<QPair<int, QString>>;
@@ -65,6 +68,8 @@ private Q_SLOTS:
     void setFormats();
     void keyMapLayout_data();
     void keyMapLayout();
+    void languageName_data();
+    void languageName();
 
 private:
     QString noCompositorFile() const { return m_tools.filePath("no-such-dir/weston.ini"); }
@@ -80,8 +85,11 @@ void TestConfigurationParts::initTestCase()
 {
     qputenv("TZ", C_processZone);
     QCOMPARE(QTimeZone::systemTimeZoneId(), C_processZone);
-    // Stand-ins for the time-zone program: record their arguments, then succeed or fail.
-    for (const auto& tool : {qMakePair(QStringLiteral("ok.sh"), 0), qMakePair(QStringLiteral("fail.sh"), 1)}) {
+    // Time-zone programs: record their arguments, then succeed or fail. Only the one named
+    // timedatectl passes for the system's; the others are stand-ins.
+    for (const auto& tool : {qMakePair(QStringLiteral("ok.sh"), 0), qMakePair(QStringLiteral("fail.sh"), 1),
+                             qMakePair(QStringLiteral("bin/timedatectl"), 0)}) {
+        QDir().mkpath(QFileInfo(m_tools.filePath(tool.first)).absolutePath());
         const QString path = m_tools.filePath(tool.first);
         QVERIFY(writeFile(path, "#!/bin/sh\necho \"$@\" >> \"" + m_tools.filePath("calls.txt").toUtf8()
                                     + "\"\nexit " + QByteArray::number(tool.second) + "\n"));
@@ -431,8 +439,12 @@ void TestConfigurationParts::setRegion_data()
     const QString failed = "DZuConfiguration_Error_changing_system_time_zone_";
     const QString invalid = "DZuConfiguration_Error__invalid_region__city";
     QTest::newRow("system zone: no command, no log") << "ok.sh" << "Europe" << "Paris" << QByteArray("<missing>") << "";
-    QTest::newRow("other zone: command succeeds") << "ok.sh" << "Asia" << "Tokyo" << QByteArray("set-timezone Asia/Tokyo\n")
+    QTest::newRow("other zone: command succeeds") << "bin/timedatectl" << "Asia" << "Tokyo"
+                                                  << QByteArray("set-timezone Asia/Tokyo\n")
                                                   << "DZuConfiguration_The_system_time_zone_has_been_successfully_changed_";
+    QTest::newRow("other zone: stand-in succeeds, no success claimed")
+        << "ok.sh" << "Asia" << "Tokyo" << QByteArray("set-timezone Asia/Tokyo\n")
+        << "time zone Asia/Tokyo given to the stand-in " + m_tools.filePath("ok.sh") + " (exit 0); the system time zone is unchanged";
     QTest::newRow("other zone: command fails") << "fail.sh" << "America" << "New_York"
                                                << QByteArray("set-timezone America/New_York\n") << failed;
     QTest::newRow("program missing counts as failure") << "absent.sh" << "Asia" << "Tokyo" << QByteArray("<missing>") << failed;
@@ -462,7 +474,8 @@ void TestConfigurationParts::setRegion()
     } else {
         QCOMPARE(log.lines().size(), 1);
         QCOMPARE(log.count("lib_configuration/source/d_zu_configuration;\t"), 1);
-        QCOMPARE(log.count(logged), 1);
+        // In the language of the catalogue installed, if any.
+        QCOMPARE(log.count(qtTrId(logged.toUtf8().constData())), 1);
     }
 }
 
@@ -525,36 +538,100 @@ void TestConfigurationParts::setFormats()
 void TestConfigurationParts::keyMapLayout_data()
 {
     QTest::addColumn<QByteArray>("before");   // null: no file
-    QTest::addColumn<QString>("layout");
+    QTest::addColumn<QString>("layout");      // a keymap code, or "choice:" and a layout's display name
+    QTest::addColumn<bool>("readOnly");       // the file's directory cannot be written
     QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<QString>("logged");
 
-    QTest::newRow("both lines rewritten, capitals lowered")
-        << QByteArray("[keyboard]\nkeymap_layout=gb\nkeymap_variant=\n[input-method]\nkeymap_layout=us\n") << "FR"
-        << QByteArray("[keyboard]\nkeymap_layout=fr\nkeymap_variant=\n[input-method]\nkeymap_layout=fr\n");
+    const QByteArray ini = "[core]\r\nshell=kiosk-shell.so\r\n\n[keyboard]\nkeymap_layout=gb\nkeymap_variant=\n"
+                           "[input-method]\nkeymap_layout=us\n# end";
+    QTest::newRow("both lines rewritten, capitals lowered, others kept as they were")
+        << ini << "FR" << false
+        << QByteArray("[core]\r\nshell=kiosk-shell.so\r\n\n[keyboard]\nkeymap_layout=fr\nkeymap_variant=\n"
+                      "[input-method]\nkeymap_layout=fr\n# end\n") << "";
+    QTest::newRow("layout chosen on the screens reaches the file")
+        << ini << "choice:Deutsch" << false
+        << QByteArray("[core]\r\nshell=kiosk-shell.so\r\n\n[keyboard]\nkeymap_layout=de\nkeymap_variant=\n"
+                      "[input-method]\nkeymap_layout=de\n# end\n") << "";
     QTest::newRow("key must start the line, case-sensitive")
-        << QByteArray(" keymap_layout=gb\nKeymap_layout=gb\n#keymap_layout=gb\n") << "de"
-        << QByteArray(" keymap_layout=gb\nKeymap_layout=gb\n#keymap_layout=gb\n");
-    QTest::newRow("shorter file leaves no tail") << QByteArray("keymap_layout=gb,us,de\n") << "fr"
-                                                 << QByteArray("keymap_layout=fr\n");
-    QTest::newRow("missing file: logged, not created") << QByteArray() << "fr" << QByteArray("<missing>");
+        << QByteArray(" keymap_layout=gb\nKeymap_layout=gb\n#keymap_layout=gb\n") << "de" << false
+        << QByteArray(" keymap_layout=gb\nKeymap_layout=gb\n#keymap_layout=gb\n") << "";
+    QTest::newRow("shorter file leaves no tail") << QByteArray("keymap_layout=gb,us,de\n") << "fr" << false
+                                                 << QByteArray("keymap_layout=fr\n") << "";
+    QTest::newRow("directory not writable: old file untouched")
+        << ini << "fr" << true << ini << "the file is unchanged";
+    QTest::newRow("missing file: logged, not created") << QByteArray() << "fr" << false << QByteArray("<missing>")
+                                                       << "ERROR: cannot open file: ";
 }
 
 void TestConfigurationParts::keyMapLayout()
 {
     QFETCH(QByteArray, before);
     QFETCH(QString, layout);
+    QFETCH(bool, readOnly);
     QFETCH(QByteArray, after);
-    const QString path = m_station->root() + "/weston.ini";
-    if (!before.isNull())
+    QFETCH(QString, logged);
+    const QString directory = m_station->root() + "/etc";
+    const QString path = directory + "/weston.ini";
+    QVERIFY(QDir().mkpath(directory));
+    struct Unmount {
+        QString path;
+        ~Unmount() { if (!path.isEmpty()) QProcess::execute("umount", {"-l", path}); }
+    } unmount;
+    if (readOnly && ::geteuid() == 0) {
+        // Root writes anywhere but on a read-only file system.
+        if (QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=1m", "tmpfs", directory}) != 0)
+            QSKIP("tmpfs cannot be mounted here");
+        unmount.path = directory;
+    }
+    if (!before.isNull()) {
         QVERIFY(writeFile(path, before));
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    }
+    if (readOnly) {
+        QVERIFY(::geteuid() == 0 ? QProcess::execute("mount", {"-o", "remount,ro", directory}) == 0
+                                 : QFile::setPermissions(directory, QFile::ReadOwner | QFile::ExeOwner));
+    }
     DZuConfiguration::setCompositorConfigPath(path);
     LogCapture log;
 
-    m_config->setKeyMapLayout(layout);
+    if (layout.startsWith("choice:"))
+        m_config->setKeyboardInput(layout.mid(7));
+    else
+        m_config->setKeyMapLayout(layout);
 
+    if (readOnly && ::geteuid() != 0)
+        QFile::setPermissions(directory, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QCOMPARE(readFile(path), after);
-    QCOMPARE(log.lines().size(), before.isNull() ? 1 : 0);
-    QCOMPARE(log.count("ERROR: cannot open file: " + path), before.isNull() ? 1 : 0);
+    QCOMPARE(log.lines().size(), logged.isEmpty() ? 0 : 1);
+    if (!logged.isEmpty())
+        QVERIFY2(log.count(logged) == 1, qPrintable(log.lines().join('\n')));
+    if (!before.isNull()) {
+        // Replaced in place of the old file: same mode, no temporary left beside it.
+        const QFile::Permissions mode = QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+        QCOMPARE(mode, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+        QCOMPARE(QDir(directory).entryList(QDir::Files | QDir::Hidden), QStringList{"weston.ini"});
+    }
+}
+
+void TestConfigurationParts::languageName_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("code");
+    QTest::newRow("English") << "English" << "en_GB";
+    QTest::newRow("French") << QString::fromUtf8("Fran\xc3\xa7" "ais") << "fr_FR";
+    QTest::newRow("German") << "Deutsch" << "de_DE";
+    QTest::newRow("unknown name keeps the language") << "Klingon" << "de_DE";
+}
+
+void TestConfigurationParts::languageName()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, code);
+    if (QByteArray(QTest::currentDataTag()).startsWith("unknown"))
+        m_config->setCurrentLanguage("Deutsch");
+    m_config->setCurrentLanguage(language);
+    QCOMPARE(m_config->getLanguageName(), code);
 }
 
 QTEST_GUILESS_MAIN(TestConfigurationParts)
