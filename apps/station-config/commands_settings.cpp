@@ -185,6 +185,29 @@ int applyAndSave(Station& station, const QString& reason, const std::function<bo
     }
 }
 
+// --check: what set or unset would store against what the document holds; nothing is changed.
+// `alsoChanged`: a change that goes with the key (the city of a region).
+int checkOnly(const CommandContext& context, const QString& key, const QJsonValue& after, bool alsoChanged = false)
+{
+    bool found = false;
+    const QJsonValue before = JsonTools::getValue(context.station.readDocument(), key, &found);
+    const QJsonValue was = found ? before : QJsonValue(QJsonValue::Undefined);
+    const bool changed = was != after || alsoChanged;
+    const auto nullWhenAbsent = [&](const QJsonValue& value) {
+        return value.isUndefined() ? QJsonValue(QJsonValue::Null) : shown(context, value, key);
+    };
+    if (context.json)
+        out() << QJsonDocument(QJsonObject { { "key", key }, { "changed", changed }, { "check", true },
+                                             { "before", nullWhenAbsent(was) }, { "after", nullWhenAbsent(after) } })
+                     .toJson(QJsonDocument::Indented);
+    else if (changed)
+        out() << key << ": " << compact(shown(context, was, key)) << " -> " << compact(shown(context, after, key))
+              << " (would change)\n";
+    else
+        out() << key << ": " << compact(shown(context, was, key)) << " (unchanged)\n";
+    return CeExitSuccess;
+}
+
 // Every leaf of the document as "dotted.key" -> value; array elements by index.
 void flatten(const QJsonValue& value, const QString& prefix, QList<QPair<QString, QJsonValue>>& rows)
 {
@@ -233,6 +256,11 @@ int cmdSet(CommandContext& context)
         err() << "station-config: " << reason << "\n";
         return code;
     }
+    if (context.options.isSet(QStringLiteral("check"))) {
+        const bool cityChanges = !city.isEmpty()
+            && JsonTools::getValue(station.readDocument(), QStringLiteral("regionalSettings.city")) != QJsonValue(city);
+        return checkOnly(context, key, value, cityChanges);
+    }
     // Sections the service writes are rebuilt over this; other keys keep the new value.
     const auto intoFile = [&](QJsonObject& root) {
         JsonTools::addValue(QSharedPointer<QJsonObject>(&root, [](QJsonObject*) {}), key, value);
@@ -253,6 +281,16 @@ int cmdUnset(CommandContext& context)
     if (!SettingKeys::find(keys, key)) {
         err() << "station-config: " << notSettable(keys, key) << "\n";
         return CeExitFailed;
+    }
+    if (context.options.isSet(QStringLiteral("check"))) {
+        // What a save would leave: keys the service always writes come back with their default.
+        applyUnset(station, key);
+        QJsonObject next = station.readDocument();
+        removeAt(next, key.split(QLatin1Char('.')));
+        station.configuration()->completeDocument(next);
+        bool found = false;
+        const QJsonValue after = JsonTools::getValue(next, key, &found);
+        return checkOnly(context, key, found ? after : QJsonValue(QJsonValue::Undefined));
     }
     const auto intoFile = [&](QJsonObject& root) { removeAt(root, key.split(QLatin1Char('.'))); };
     const int code = applyAndSave(station, QStringLiteral("unset ") + key,

@@ -44,6 +44,18 @@ const QList<Command>& commands()
         { { "history", "history", "kept versions of the settings document, newest (0) first", 0, 0 }, false, CeIgnores, cmdHistory },
         { { "diff", "diff [N]", "key by key, what differs between version N (default 0) and the document", 0, 1 }, false, CeIgnores, cmdDiff },
         { { "rollback", "rollback N", "restores version N of the document (the current one is kept as a version)", 1, 1 }, false, CeIgnores, cmdRollback },
+        { { "export-update", "export-update [--keys PREFIX,...] [--from OTHER_STATION] [--force] OUT.zip",
+            "writes an update package of this station's settings (identity keys only when named), or of what differs from another station", 1, 1 },
+          false, CeReads, cmdExportUpdate },
+        { { "compare", "compare [--keys PREFIX,...] OTHER_STATION", "key by key, what differs from another station (exit 1 when anything does)", 1, 1 },
+          false, CeReads, cmdCompare },
+        { { "folder-set", "folder-set [--check] FOLDER-JSON | -",
+            "creates or changes a storage folder named by its aliasName (JSON object, or '-' to read it from standard input)", 1, 1 },
+          true, CeWrites, cmdFolderSet },
+        { { "folder-remove", "folder-remove [--check] ALIAS", "removes a storage folder (none there: unchanged)", 1, 1 }, true, CeWrites, cmdFolderRemove },
+        { { "relation-set", "relation-set [--check] CODE SEQUENCE", "input code CODE launches SEQUENCE", 2, 2 }, true, CeWrites, cmdRelationSet },
+        { { "relation-remove", "relation-remove [--check] CODE", "removes the relation of an input code (none there: unchanged)", 1, 1 },
+          true, CeWrites, cmdRelationRemove },
         { { "doctor", "doctor", "checks the station: document, storage, network folders, sync database, targets; changes nothing", 0, 0 }, false, CeIgnores, cmdDoctor },
     };
     return table;
@@ -61,6 +73,11 @@ QList<OptionSpec> optionSpecs()
         { "reset", "", "reset the sync database and print the outcome.", { "sync" } },
         { "user", "USER", "login.", { "test-share" } },
         { "domain", "DOMAIN", "domain.", { "test-share" } },
+        { "keys", "PREFIX,...", "only the keys under these keys or sections.", { "export-update", "compare" } },
+        { "from", "OTHER_STATION", "only what differs from this station directory.", { "export-update" } },
+        { "force", "", "replace an existing package.", { "export-update" } },
+        { "check", "", "say what would change, change nothing.",
+          { "set", "unset", "folder-set", "folder-remove", "relation-set", "relation-remove" } },
     };
 }
 

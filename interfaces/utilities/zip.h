@@ -1,6 +1,8 @@
 #pragma once
 #include <QByteArray>
 #include <QList>
+#include <QPair>
+#include <QString>
 #include <QtGlobal>
 
 namespace Zip {
@@ -24,4 +26,9 @@ struct Limits
 // (encrypted archives are not supported).
 QList<QByteArray> Unzip(const QByteArray& zipFile, const QByteArray& destDir, const QByteArray& password,
                         const Limits& limits = Limits());
+
+// Writes a new archive at zipFile (UTF-8 path, replaced when present) holding `files`, relative
+// path -> content, compressed. False, with the reason in `error`, when it cannot be written
+// completely; a partly written archive is then removed.
+bool Write(const QByteArray& zipFile, const QList<QPair<QByteArray, QByteArray>>& files, QString* error = nullptr);
 }

@@ -272,3 +272,31 @@ QList<QByteArray> Zip::Unzip(const QByteArray& zipFile, const QByteArray& destDi
     }
     return extraction.extracted;
 }
+
+bool Zip::Write(const QByteArray& zipFile, const QList<QPair<QByteArray, QByteArray>>& files, QString* error)
+{
+    const QString archivePath = QString::fromUtf8(zipFile);
+    KZip zip(archivePath);
+    if (!zip.open(QIODevice::WriteOnly)) {
+        if (error)
+            *error = zip.errorString();
+        return false;
+    }
+    zip.setCompression(KZip::DeflateCompression);
+    for (const auto& file : files) {
+        if (!zip.writeFile(QString::fromUtf8(file.first), file.second, 0100600)) {
+            if (error)
+                *error = zip.errorString();
+            zip.close();
+            QFile::remove(archivePath);
+            return false;
+        }
+    }
+    if (!zip.close()) {
+        if (error)
+            *error = zip.errorString();
+        QFile::remove(archivePath);
+        return false;
+    }
+    return true;
+}
