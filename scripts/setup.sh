@@ -11,6 +11,7 @@ packages=(
     libkf5archive-dev
     samba smbclient libsmbclient-dev libfuse3-dev fuse3
     tzdata rsync zip
+    ansible-core
     clang libclang-rt-14-dev
 )
 
