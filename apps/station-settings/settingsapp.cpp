@@ -12,6 +12,7 @@
 #include "d_zu_configuration.h"
 #include "settingsdocument.h"
 #include "station.h"
+#include "utilities/languagesmanagement.h"
 #include "utilities/logline.h"
 
 static const char C_sourceFile[] = "apps/station-settings/settingsapp";
@@ -227,8 +228,11 @@ bool SettingsApp::installCatalogue(QCoreApplication& application)
 {
     auto* catalogue = new QTranslator(&application);
     if (catalogue->load(QStringLiteral("station_en"), QStringLiteral(STATION_BUILD_CATALOGUE_DIR))
-        || catalogue->load(QStringLiteral("station_en"), QStringLiteral(STATION_INSTALLED_CATALOGUE_DIR)))
+        || catalogue->load(QStringLiteral("station_en"), QStringLiteral(STATION_INSTALLED_CATALOGUE_DIR))) {
+        // The other languages' catalogues are beside it.
+        LanguagesManagement::instance()->setCatalogueDirectory(QFileInfo(catalogue->filePath()).absolutePath());
         return QCoreApplication::installTranslator(catalogue);
+    }
     LogLine::critical(nullptr, C_sourceFile, __LINE__, QStringLiteral("the English catalogue is missing"));
     delete catalogue;
     return false;
@@ -238,6 +242,22 @@ void SettingsApp::keepSystemSettings()
 {
     DZuConfiguration::setTimeZoneCommand(QStringLiteral("true"));
     DZuConfiguration::setCompositorConfigPath(QString());
+}
+
+QStringList SettingsApp::languages() const
+{
+    // As LanguagesManagement looks for a language's catalogue: by code, then by language alone.
+    LanguagesManagement* management = LanguagesManagement::instance();
+    const QDir directory(management->catalogueDirectory());
+    QStringList offered;
+    const QMap<QString, QString>& table = management->languageTable();
+    for (auto it = table.cbegin(); it != table.cend(); ++it) {
+        const QString code = it.value();
+        if (directory.exists(QStringLiteral("station_") + code + QStringLiteral(".qm"))
+            || directory.exists(QStringLiteral("station_") + code.section(QLatin1Char('_'), 0, 0) + QStringLiteral(".qm")))
+            offered.append(it.key());
+    }
+    return offered;
 }
 
 void SettingsApp::refreshTemplates()
@@ -264,6 +284,9 @@ bool SettingsApp::load(QQmlApplicationEngine& engine)
         || DZuConfiguration::compositorConfigPath() != QLatin1String(C_systemCompositorFile);
     QCoreApplication::setApplicationVersion(QStringLiteral(STATION_APP_VERSION));
     engine.rootContext()->setContextProperty(QStringLiteral("station"), this);
+    // The new catalogue is installed before the signal: every translated text is read again.
+    connect(LanguagesManagement::instance(), &LanguagesManagement::currentLanguageChanged, &engine,
+            &QQmlEngine::retranslate);
     engine.load(QUrl(QStringLiteral("qrc:/station-settings/main.qml")));
     return !engine.rootObjects().isEmpty();
 }

@@ -31,6 +31,9 @@ class SettingsApp : public QObject
     // compositor file other than the system's, or --apply-to-system not given): the time zone
     // and keyboard map chosen are not applied to this computer. Read when the screens load.
     Q_PROPERTY(bool systemPreview READ systemPreview CONSTANT)
+    // Languages offered on the screens: the library's, less those without a catalogue. Choosing
+    // one installs its catalogue and retranslates the screens at once, on the same page.
+    Q_PROPERTY(QStringList languages READ languages CONSTANT)
     // True when the on-screen keyboard is the input method (QT_IM_MODULE=qtvirtualkeyboard).
     Q_PROPERTY(bool virtualKeyboard READ virtualKeyboard CONSTANT)
 public:
@@ -40,6 +43,7 @@ public:
     QVariantList history() const { return m_history; }
     QString documentDamage() const { return m_documentDamage; }
     bool systemPreview() const { return m_systemPreview; }
+    QStringList languages() const;
     static bool virtualKeyboard() { return qgetenv("QT_IM_MODULE") == "qtvirtualkeyboard"; }
 
     // Saves through the library under the lock, keeping the keys of the file it does not own.
@@ -62,7 +66,8 @@ public:
     // other setting as it is in memory.
     Q_INVOKABLE void refreshTemplates();
 
-    // Installs the English catalogue (build tree first, then the installed one).
+    // Installs the English catalogue (build tree first, then the installed one); the library looks
+    // for the other languages' catalogues in the same directory.
     static bool installCatalogue(QCoreApplication& application);
     // Keeps the machine's time zone and keyboard map out of reach of the screens.
     static void keepSystemSettings();

@@ -21,6 +21,9 @@ private slots:
     void libraryErrorReachesBanner();
     void honestTexts_data();
     void honestTexts();
+    // Last: the other tests read the English texts.
+    void languageSwitch_data();
+    void languageSwitch();
 
 private:
     // Visible texts (of any item with a "text" property) under `item` that look like an id.
@@ -166,6 +169,79 @@ void TestSettingsScreens::honestTexts()
     QTRY_VERIFY(m_fixture.isShown(objectName));
     QCOMPARE(m_fixture.text(objectName), expectedText);
     QVERIFY(!m_fixture.text(objectName).contains(QLatin1Char('@')));
+}
+
+void TestSettingsScreens::languageSwitch_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("pageTitle");
+    // Chosen on the regional page, where the language box is; English last puts the screens back.
+    QTest::newRow("French") << QString::fromUtf8("Fran\xc3\xa7" "ais") << QString::fromUtf8("R\xc3\xa9glages r\xc3\xa9gionaux");
+    QTest::newRow("German") << "Deutsch" << "Regionaleinstellungen";
+    QTest::newRow("Italian") << "Italiano" << "Impostazioni regionali";
+    QTest::newRow("back to English") << "English" << "Regional settings";
+}
+
+void TestSettingsScreens::languageSwitch()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, pageTitle);
+    QQuickWindow* window = m_fixture.window();
+    window->setProperty("currentPage", 1);
+    auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_regional")));
+    QObject* box = m_fixture.item(QStringLiteral("languageBox"));
+    QVERIFY(page && box);
+    QTRY_VERIFY(page->isVisible());
+    QVERIFY(box->property("model").toStringList().contains(language));
+
+    QVERIFY(QMetaObject::invokeMethod(box, "chosen", Q_ARG(QString, language)));
+
+    // The page shows its title in the new language at once, and stays the page shown.
+    QStringList texts;
+    std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
+        if (!item->isVisible())
+            return;
+        const QVariant text = item->property("text");
+        if (text.type() == QVariant::String)
+            texts << text.toString();
+        for (QQuickItem* child : item->childItems())
+            walk(child);
+    };
+    walk(page);
+    QVERIFY2(texts.contains(pageTitle), qPrintable(texts.join(QStringLiteral(" | "))));
+    QCOMPARE(window->property("currentPage").toInt(), 1);
+    QVERIFY(page->isVisible());
+    QCOMPARE(box->property("currentText").toString(), language);
+
+    // Every navigation entry, this page's among them, is in the new language and fits.
+    auto* list = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("pageList")));
+    QVERIFY(list);
+    auto* entries = list->property("contentItem").value<QQuickItem*>();
+    QVERIFY(entries);
+    // The navigation is laid out again on the next frame.
+    QStringList titles;
+    QString tooNarrow;
+    const auto entriesFit = [&]() {
+        titles.clear();
+        tooNarrow.clear();
+        for (QQuickItem* entry : entries->childItems()) {
+            if (!entry->property("highlighted").isValid())
+                continue;
+            titles << entry->property("text").toString();
+            const qreal needed = entry->property("implicitContentWidth").toReal()
+                + entry->property("leftPadding").toReal() + entry->property("rightPadding").toReal();
+            if (needed > entry->width() + 0.5)
+                tooNarrow += QStringLiteral("'%1' needs %2 px, has %3; ").arg(titles.constLast()).arg(needed).arg(entry->width());
+        }
+        return tooNarrow.isEmpty();
+    };
+    QTRY_VERIFY2(entriesFit(), qPrintable(tooNarrow));
+    QVERIFY2(titles.contains(pageTitle), qPrintable(titles.join(QStringLiteral(" | "))));
+
+    QStringList rawIds;
+    collectRawIds(window->contentItem(), rawIds);
+    QVERIFY2(rawIds.isEmpty(), qPrintable(QStringLiteral("raw ids shown: ") + rawIds.join(QStringLiteral(", "))));
+    QVERIFY(m_fixture.saveScreenshot(QStringLiteral("language-") + QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(' '), -1)));
 }
 
 void TestSettingsScreens::collectRawIds(QQuickItem* item, QStringList& found) const

@@ -189,7 +189,7 @@ ScrollView {
             }
             ChoiceBox {
                 objectName: "languageBox"
-                model: zuConfig.languages
+                model: station.languages
                 current: zuConfig.currentLanguage
                 onChosen: zuConfig.currentLanguage = value
             }

@@ -37,6 +37,23 @@ ApplicationWindow {
     // Index of the page shown; the tests switch pages through it.
     property alias currentPage: pageList.currentIndex
     readonly property var pageKeys: ["general", "regional", "folders", "sequencer", "templates", "sync"]
+    // Page names, in the order of pageKeys.
+    function pageTitle(index) {
+        return [
+            //% "General"
+            qsTrId("StationSettings_Page_general"),
+            //% "Regional settings"
+            qsTrId("StationSettings_Page_regional"),
+            //% "Folders"
+            qsTrId("StationSettings_Page_folders"),
+            //% "Sequencer"
+            qsTrId("StationSettings_Page_sequencer"),
+            //% "Templates and logo"
+            qsTrId("StationSettings_Page_templates"),
+            //% "Synchronisation"
+            qsTrId("StationSettings_Page_sync")
+        ][index]
+    }
 
     // Shows a message the library or an operation reported, until dismissed.
     function showMessage(text, isError) {
@@ -342,7 +359,7 @@ ApplicationWindow {
                 enabled: false
                 Repeater {
                     model: pageList.model
-                    Label { text: modelData }
+                    Label { text: window.pageTitle(index) }
                 }
             }
             background: Rectangle {
@@ -356,24 +373,12 @@ ApplicationWindow {
                 anchors.fill: parent
                 anchors.topMargin: 8
                 currentIndex: 0
-                model: [
-                    //% "General"
-                    qsTrId("StationSettings_Page_general"),
-                    //% "Regional settings"
-                    qsTrId("StationSettings_Page_regional"),
-                    //% "Folders"
-                    qsTrId("StationSettings_Page_folders"),
-                    //% "Sequencer"
-                    qsTrId("StationSettings_Page_sequencer"),
-                    //% "Templates and logo"
-                    qsTrId("StationSettings_Page_templates"),
-                    //% "Synchronisation"
-                    qsTrId("StationSettings_Page_sync")
-                ]
+                // A count, not the titles: retranslating then keeps the view and its current page.
+                model: window.pageKeys.length
                 delegate: ItemDelegate {
                     width: ListView.view.width
                     height: 52
-                    text: modelData
+                    text: window.pageTitle(index)
                     highlighted: ListView.isCurrentItem
                     onClicked: pageList.currentIndex = index
                     background: Rectangle {
