@@ -1,4 +1,5 @@
-// sync: the mirrors of the synchronized roles; a pass now with its progress and a summary.
+// sync: the mirrors of the synchronized roles; a pass now with its progress and a summary, or
+// one pass for a script (--once: no progress, exit status 1 when anything failed).
 #include "commands.h"
 
 #include <QDirIterator>
@@ -117,9 +118,9 @@ QJsonObject summaryOf(const Tally& tally)
 }
 
 // Runs one pass and fills the tallies; false when it did not finish in time.
-bool runPass(Directories* directories, DSyncManager* manager, QVector<Tally>& tallies)
+bool runPass(Directories* directories, DSyncManager* manager, QVector<Tally>& tallies, bool quiet)
 {
-    const bool terminal = ::isatty(STDERR_FILENO);
+    const bool terminal = !quiet && ::isatty(STDERR_FILENO);
     QString current;
     const auto started = QObject::connect(manager, &DSyncManager::syncStarted, [&](const QString& path) {
         const int index = tallyOf(tallies, path);
@@ -191,10 +192,13 @@ int cmdSync(CommandContext& context)
     }
 
     bool timedOut = false;
+    bool anyFailed = false;
     QJsonArray summary;
-    if (context.options.isSet(QStringLiteral("now"))) {
+    const bool once = context.options.isSet(QStringLiteral("once"));
+    const bool pass = once || context.options.isSet(QStringLiteral("now"));
+    if (pass) {
         // Mirrors to a share only run once the share is mounted; a terminal is told what it waits for.
-        if (::isatty(STDERR_FILENO)) {
+        if (!once && ::isatty(STDERR_FILENO)) {
             const QStringList pending = unconnectedShares(directories, {});
             if (!pending.isEmpty()) {
                 err() << "waiting up to " << C_shareWaitMs / 1000 << " s for " << pending.join(QStringLiteral(", "))
@@ -212,12 +216,15 @@ int cmdSync(CommandContext& context)
             timedOut = !sharesSettled;
         }
         QVector<Tally> tallies = mirrorsOf(directories, manager);
-        if (!runPass(directories, manager, tallies)) {
+        if (!runPass(directories, manager, tallies, once)) {
             err() << "station-config: timed out after " << C_passWaitMs / 1000 << " s waiting for the sync pass to finish\n";
             return CeExitTimedOut;
         }
-        for (const Tally& tally : tallies)
+        for (const Tally& tally : tallies) {
             summary.append(summaryOf(tally));
+            anyFailed = anyFailed || tally.failed > 0 || tally.unreachable;
+        }
+        const int passExit = timedOut ? CeExitTimedOut : once && anyFailed ? CeExitFailed : CeExitSuccess;
         if (!context.json) {
             for (const QJsonValue& value : summary) {
                 const QJsonObject row = value.toObject();
@@ -227,7 +234,7 @@ int cmdSync(CommandContext& context)
                       << "), " << row.value("skipped").toInt() << " skipped, " << row.value("failed").toInt() << " failed, "
                       << QString::number(row.value("seconds").toDouble(), 'f', 1) << " s\n";
             }
-            return timedOut ? CeExitTimedOut : CeExitSuccess;
+            return passExit;
         }
     }
 
@@ -246,8 +253,8 @@ int cmdSync(CommandContext& context)
         { "hasSynchronizedDistantFolder", directories->hasSynchronizedDistantFolder() },
         { "mirrors", mirrors },
     };
-    if (context.options.isSet(QStringLiteral("now")))
+    if (pass)
         report.insert(QStringLiteral("pass"), summary);
     printReport(report, context.json);
-    return timedOut ? CeExitTimedOut : CeExitSuccess;
+    return timedOut ? CeExitTimedOut : once && anyFailed ? CeExitFailed : CeExitSuccess;
 }

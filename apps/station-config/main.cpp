@@ -34,7 +34,7 @@ const QList<Command>& commands()
         { { "keys", "keys [PREFIX]", "settable keys: type, current value, allowed values", 0, 1 }, false, CeReads, cmdKeys },
         { { "list", "list", "every key=value of the document", 0, 0 }, false, CeReads, cmdList },
         { { "paths", "paths", "local and secured path of every role", 0, 0 }, true, CeReads, cmdPaths },
-        { { "sync", "sync [--now | --reset]", "registered mirrors and sync state; run a pass or reset", 0, 0 }, true, CeReads, cmdSync },
+        { { "sync", "sync [--now | --once | --reset]", "registered mirrors and sync state; run a pass or reset", 0, 0 }, true, CeReads, cmdSync },
         { { "test-share", "test-share ADDRESS SHARE-PATH --user U [--domain D]",
             "tests a network share (password read from standard input)", 2, 2 }, false, CeIgnores, cmdTestShare },
         { { "apply-update", "apply-update ZIP", "checks a configuration update package, then applies it as start-up does", 1, 1 }, false, CeWrites, cmdApplyUpdate },
@@ -70,6 +70,7 @@ QList<OptionSpec> optionSpecs()
         { "show-secrets", "", "show share passwords instead of masking them.", { "get", "list", "status" } },
         { "wait", "SECONDS", "wait up to this long for network folders to settle.", { "folders" } },
         { "now", "", "run a pass now and wait until it is done.", { "sync" } },
+        { "once", "", "run one pass without progress, print its summary and exit (1 when a file failed or a mirror was unreachable).", { "sync" } },
         { "reset", "", "reset the sync database and print the outcome.", { "sync" } },
         { "user", "USER", "login.", { "test-share" } },
         { "domain", "DOMAIN", "domain.", { "test-share" } },
@@ -97,9 +98,14 @@ bool checkValues(const Arguments& arguments, QString& error)
     int seconds = 0;
     if (arguments.isSet(QStringLiteral("wait")) && !arguments.intValue(QStringLiteral("wait"), 0, seconds, error))
         return false;
-    if (arguments.isSet(QStringLiteral("now")) && arguments.isSet(QStringLiteral("reset"))) {
-        error = QStringLiteral("'--now' and '--reset' exclude each other");
-        return false;
+    const QStringList passOptions { QStringLiteral("now"), QStringLiteral("once"), QStringLiteral("reset") };
+    for (int i = 0; i < passOptions.size(); ++i) {
+        for (int j = i + 1; j < passOptions.size(); ++j) {
+            if (arguments.isSet(passOptions.at(i)) && arguments.isSet(passOptions.at(j))) {
+                error = QStringLiteral("'--%1' and '--%2' exclude each other").arg(passOptions.at(i), passOptions.at(j));
+                return false;
+            }
+        }
     }
     if (arguments.command() == QLatin1String("test-share") && arguments.value(QStringLiteral("user")).isEmpty()) {
         error = QStringLiteral("test-share needs '--user USER'");

@@ -109,6 +109,8 @@ private slots:
                                               << usage.arg("option '--wait' needs a value \\(SECONDS\\)") << "";
         QTest::newRow("usage: missing argument") << QStringList{"get"} << 2 << "" << "'get' needs more arguments\nusage: station-config get KEY" << "";
         QTest::newRow("usage: exclusive options") << QStringList{"sync", "--now", "--reset"} << 2 << "" << "exclude each other" << "";
+        QTest::newRow("usage: one pass or a reset") << QStringList{"sync", "--once", "--reset"} << 2 << ""
+                                                     << "'--once' and '--reset' exclude each other" << "";
         QTest::newRow("usage: test-share without user") << QStringList{"test-share", "127.0.0.1", "x"} << 2 << "" << "needs '--user USER'" << "";
         QTest::newRow("usage: dash value needs --") << QStringList{"set", "templates.report_footer", "-x"} << 2 << ""
                                                     << usage.arg("unknown option '-x'") << "templates.report_footer=\"Tightening report - keep for 10 years\"";
@@ -397,7 +399,7 @@ private slots:
 
         QTest::newRow("commands") << QStringList{"st"} << QStringList{"status", "storage"} << QStringList{"sync", "set"};
         QTest::newRow("global options") << QStringList{"--"} << QStringList{"--station", "--json", "--verbose"} << QStringList{"--now"};
-        QTest::newRow("options of the command") << QStringList{"sync", "--"} << QStringList{"--now", "--reset", "--json"}
+        QTest::newRow("options of the command") << QStringList{"sync", "--"} << QStringList{"--now", "--once", "--reset", "--json"}
                                                 << QStringList{"--wait", "--show-secrets"};
         QTest::newRow("keys") << QStringList{"--station", "@station", "set", "general.so"} << QStringList{"general.sound_volume"}
                               << QStringList{"general.workplace_name"};
