@@ -464,6 +464,12 @@ int cmdTestShare(CommandContext& context)
     bool finished = false;
     bool success = false;
     QString message;
+    bool stepFailed = false;
+    QObject::connect(directories, &Directories::testConnectionStep,
+                     [&](const QString& name, bool ok, const QString& text) {
+                         stepFailed = stepFailed || !ok;
+                         step(name, ok, text);
+                     });
     QObject::connect(directories, &Directories::testConnectionResult, [&](bool ok, const QString& text) {
         finished = true;
         success = ok;
@@ -475,7 +481,8 @@ int cmdTestShare(CommandContext& context)
         err() << "station-config: timed out after 30 s waiting for the share test to report\n";
         return CeExitTimedOut;
     }
-    step(QStringLiteral("mount, write, read, compare, delete"), success, message);
+    if (!success && !stepFailed)   // refused before any step (a test still cleaning up, say)
+        step(QStringLiteral("start"), false, message);
     if (context.json)
         out() << QJsonDocument(QJsonObject { { "success", success }, { "message", message }, { "steps", steps } })
                      .toJson(QJsonDocument::Indented);

@@ -202,6 +202,9 @@ signals:
     void connectedRemovableStorageNbrChanged();
     void testInProgressChanged();
     void testConnectionResult(bool success, QString message);
+    // One step of a running share test as it passes or fails: "mount", "write", "read",
+    // "compare", "delete" (in that order; the first failure ends the test).
+    void testConnectionStep(QString step, bool success, QString message);
     void networkFolderConnectionError(QString aliasName, QString errorMessage, bool isPermanent);
     void syncDatabaseResetDone(bool success);
 

@@ -70,9 +70,10 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
     }
 
     connect(m_testFolder.data(), &Folder::availabilityChanged, this, [this](const QString&, bool availability) {
-        if (availability)
+        if (availability) {
+            emit testConnectionStep(QStringLiteral("mount"), true, m_testFolder->mountedPath());
             QTimer::singleShot(C_fileTestDelayMs, this, &Directories::testFileOperations);
-        else if (m_testInProgress)
+        } else if (m_testInProgress)
             cleanupTestFolder();
     });
     connect(m_testFolder.data(), &Folder::folderConnectionFailed, this,
@@ -80,6 +81,7 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
                 m_testResult = false;
                 //% "Connection failed: %1"
                 m_testMessage = qtTrId("Directories_Connection_failed").arg(errorMessage);
+                emit testConnectionStep(QStringLiteral("mount"), false, errorMessage);
                 cleanupTestFolder();
             });
 
@@ -89,6 +91,7 @@ void Directories::testFolderConnection(QString address, QString domain, QString 
             m_testResult = false;
             //% "Connection timed out"
             m_testMessage = qtTrId("Directories_Connection_timeout");
+            emit testConnectionStep(QStringLiteral("mount"), false, m_testMessage);
             cleanupTestFolder();
         }
     });
@@ -121,6 +124,7 @@ void Directories::testFileOperations()
                           QStringLiteral("[testFileOperations] Mount point not available:"), mountPath);
         //% "The mount point is not accessible"
         setTestResult(false, qtTrId("Directories_Mount_point_not_accessible"));
+        emit testConnectionStep(QStringLiteral("write"), false, m_testMessage);
         cleanupTestFolder();
         return;
     }
@@ -131,6 +135,7 @@ void Directories::testFileOperations()
     if (!probe.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
         //% "Cannot write to the share: %1"
         setTestResult(false, qtTrId("Directories_Cannot_write_to_share").arg(probe.errorString()));
+        emit testConnectionStep(QStringLiteral("write"), false, probe.errorString());
         cleanupTestFolder();
         return;
     }
@@ -139,12 +144,14 @@ void Directories::testFileOperations()
         out << content;
     }
     probe.close();
+    emit testConnectionStep(QStringLiteral("write"), true, probe.fileName());
 
     if (!probe.open(QIODevice::ReadOnly | QIODevice::Text)) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Failed to read test file:"),
                           probe.errorString());
         //% "Cannot read from the share: %1"
         setTestResult(false, qtTrId("Directories_Cannot_read_from_share").arg(probe.errorString()));
+        emit testConnectionStep(QStringLiteral("read"), false, probe.errorString());
         cleanupTestFolder();
         return;
     }
@@ -154,25 +161,30 @@ void Directories::testFileOperations()
         readBack = in.readAll();
     }
     probe.close();
+    emit testConnectionStep(QStringLiteral("read"), true, QString());
 
     // On a mismatch the probe file stays where it is, as after a failed read.
     if (readBack != content) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Content mismatch"));
         //% "Data verification failed: the file read back differs from the file written"
         setTestResult(false, qtTrId("Directories_Data_verification_failed"));
+        emit testConnectionStep(QStringLiteral("compare"), false, m_testMessage);
         cleanupTestFolder();
         return;
     }
+    emit testConnectionStep(QStringLiteral("compare"), true, QString());
 
     if (!probe.remove()) {
         LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("[testFileOperations] Failed to delete test file:"),
                           probe.errorString());
         //% "Cannot delete from the share: %1"
         setTestResult(false, qtTrId("Directories_Cannot_delete_from_share").arg(probe.errorString()));
+        emit testConnectionStep(QStringLiteral("delete"), false, probe.errorString());
         cleanupTestFolder();
         return;
     }
 
+    emit testConnectionStep(QStringLiteral("delete"), true, QString());
     //% "Connection successful"
     setTestResult(true, qtTrId("Directories_Connection_successful"));
     cleanupTestFolder();
