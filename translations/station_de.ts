@@ -539,6 +539,38 @@
         <source>Templates and logo</source>
         <translation>Vorlagen und Logo</translation>
     </message>
+    <message id="StationSettings_Picker_choose">
+        <source>Choose</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message id="StationSettings_Picker_empty">
+        <source>No folder and no matching file here</source>
+        <translation>Kein Ordner und keine passende Datei hier</translation>
+    </message>
+    <message id="StationSettings_Picker_internal">
+        <source>Internal storage</source>
+        <translation>Interner Speicher</translation>
+    </message>
+    <message id="StationSettings_Picker_logo_title">
+        <source>Choose the logo</source>
+        <translation>Logo auswählen</translation>
+    </message>
+    <message id="StationSettings_Picker_no_preview">
+        <source>Choose an image to see it here</source>
+        <translation>Ein Bild wählen, um es hier zu sehen</translation>
+    </message>
+    <message id="StationSettings_Picker_removable">
+        <source>Removable medium</source>
+        <translation>Wechseldatenträger</translation>
+    </message>
+    <message id="StationSettings_Picker_template_title">
+        <source>Add a report template</source>
+        <translation>Berichtsvorlage hinzufügen</translation>
+    </message>
+    <message id="StationSettings_Picker_up">
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
     <message id="StationSettings_Regional_city">
         <source>City</source>
         <translation>Stadt</translation>
@@ -779,6 +811,10 @@
         <source>Not available on this station</source>
         <translation>Auf dieser Station nicht verfügbar</translation>
     </message>
+    <message id="StationSettings_Templates_add_template">
+        <source>Add a template...</source>
+        <translation>Vorlage hinzufügen...</translation>
+    </message>
     <message id="StationSettings_Templates_address">
         <source>Address</source>
         <translation>Adresse</translation>
@@ -786,6 +822,10 @@
     <message id="StationSettings_Templates_apply_parameters">
         <source>Apply to the reports</source>
         <translation>Auf die Berichte anwenden</translation>
+    </message>
+    <message id="StationSettings_Templates_choose_logo">
+        <source>Choose a logo...</source>
+        <translation>Logo auswählen...</translation>
     </message>
     <message id="StationSettings_Templates_company">
         <source>Company</source>
@@ -799,9 +839,9 @@
         <source>Delete a template</source>
         <translation>Vorlage löschen</translation>
     </message>
-    <message id="StationSettings_Templates_file_placeholder">
-        <source>path of a template file to add</source>
-        <translation>Pfad einer hinzuzufügenden Vorlagendatei</translation>
+    <message id="StationSettings_Templates_exists">
+        <source>A template named %1 is already on the station: delete it first to replace it.</source>
+        <translation>Auf der Station gibt es bereits eine Vorlage namens %1: Zum Ersetzen zuerst löschen.</translation>
     </message>
     <message id="StationSettings_Templates_footer">
         <source>Report footer</source>
@@ -811,9 +851,9 @@
         <source>Logo file</source>
         <translation>Logodatei</translation>
     </message>
-    <message id="StationSettings_Templates_logo_placeholder">
-        <source>path of an image to use as logo</source>
-        <translation>Pfad eines Bildes, das als Logo dient</translation>
+    <message id="StationSettings_Templates_logo_exists">
+        <source>A file named %1 is already in the media folder: choose it there, or rename the new one.</source>
+        <translation>Im Medienordner gibt es bereits eine Datei namens %1: Sie dort auswählen oder die neue umbenennen.</translation>
     </message>
     <message id="StationSettings_Templates_no_logo">
         <source>No logo</source>
@@ -830,10 +870,6 @@
     <message id="StationSettings_Templates_templates">
         <source>Report templates</source>
         <translation>Berichtsvorlagen</translation>
-    </message>
-    <message id="StationSettings_Templates_use_logo">
-        <source>Use</source>
-        <translation>Verwenden</translation>
     </message>
     <message id="StationSettings_Unsaved_changes">
         <source>Unsaved changes</source>

@@ -539,6 +539,38 @@
         <source>Templates and logo</source>
         <translation>Templates and logo</translation>
     </message>
+    <message id="StationSettings_Picker_choose">
+        <source>Choose</source>
+        <translation>Choose</translation>
+    </message>
+    <message id="StationSettings_Picker_empty">
+        <source>No folder and no matching file here</source>
+        <translation>No folder and no matching file here</translation>
+    </message>
+    <message id="StationSettings_Picker_internal">
+        <source>Internal storage</source>
+        <translation>Internal storage</translation>
+    </message>
+    <message id="StationSettings_Picker_logo_title">
+        <source>Choose the logo</source>
+        <translation>Choose the logo</translation>
+    </message>
+    <message id="StationSettings_Picker_no_preview">
+        <source>Choose an image to see it here</source>
+        <translation>Choose an image to see it here</translation>
+    </message>
+    <message id="StationSettings_Picker_removable">
+        <source>Removable medium</source>
+        <translation>Removable medium</translation>
+    </message>
+    <message id="StationSettings_Picker_template_title">
+        <source>Add a report template</source>
+        <translation>Add a report template</translation>
+    </message>
+    <message id="StationSettings_Picker_up">
+        <source>Up</source>
+        <translation>Up</translation>
+    </message>
     <message id="StationSettings_Regional_city">
         <source>City</source>
         <translation>City</translation>
@@ -779,6 +811,10 @@
         <source>Not available on this station</source>
         <translation>Not available on this station</translation>
     </message>
+    <message id="StationSettings_Templates_add_template">
+        <source>Add a template...</source>
+        <translation>Add a template...</translation>
+    </message>
     <message id="StationSettings_Templates_address">
         <source>Address</source>
         <translation>Address</translation>
@@ -786,6 +822,10 @@
     <message id="StationSettings_Templates_apply_parameters">
         <source>Apply to the reports</source>
         <translation>Apply to the reports</translation>
+    </message>
+    <message id="StationSettings_Templates_choose_logo">
+        <source>Choose a logo...</source>
+        <translation>Choose a logo...</translation>
     </message>
     <message id="StationSettings_Templates_company">
         <source>Company</source>
@@ -799,9 +839,9 @@
         <source>Delete a template</source>
         <translation>Delete a template</translation>
     </message>
-    <message id="StationSettings_Templates_file_placeholder">
-        <source>path of a template file to add</source>
-        <translation>path of a template file to add</translation>
+    <message id="StationSettings_Templates_exists">
+        <source>A template named %1 is already on the station: delete it first to replace it.</source>
+        <translation>A template named %1 is already on the station: delete it first to replace it.</translation>
     </message>
     <message id="StationSettings_Templates_footer">
         <source>Report footer</source>
@@ -811,9 +851,9 @@
         <source>Logo file</source>
         <translation>Logo file</translation>
     </message>
-    <message id="StationSettings_Templates_logo_placeholder">
-        <source>path of an image to use as logo</source>
-        <translation>path of an image to use as logo</translation>
+    <message id="StationSettings_Templates_logo_exists">
+        <source>A file named %1 is already in the media folder: choose it there, or rename the new one.</source>
+        <translation>A file named %1 is already in the media folder: choose it there, or rename the new one.</translation>
     </message>
     <message id="StationSettings_Templates_no_logo">
         <source>No logo</source>
@@ -830,10 +870,6 @@
     <message id="StationSettings_Templates_templates">
         <source>Report templates</source>
         <translation>Report templates</translation>
-    </message>
-    <message id="StationSettings_Templates_use_logo">
-        <source>Use</source>
-        <translation>Use</translation>
     </message>
     <message id="StationSettings_Unsaved_changes">
         <source>Unsaved changes</source>

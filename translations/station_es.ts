@@ -539,6 +539,38 @@
         <source>Templates and logo</source>
         <translation>Plantillas y logotipo</translation>
     </message>
+    <message id="StationSettings_Picker_choose">
+        <source>Choose</source>
+        <translation>Elegir</translation>
+    </message>
+    <message id="StationSettings_Picker_empty">
+        <source>No folder and no matching file here</source>
+        <translation>No hay ninguna carpeta ni archivo compatible aquí</translation>
+    </message>
+    <message id="StationSettings_Picker_internal">
+        <source>Internal storage</source>
+        <translation>Almacenamiento interno</translation>
+    </message>
+    <message id="StationSettings_Picker_logo_title">
+        <source>Choose the logo</source>
+        <translation>Elegir el logotipo</translation>
+    </message>
+    <message id="StationSettings_Picker_no_preview">
+        <source>Choose an image to see it here</source>
+        <translation>Elija una imagen para verla aquí</translation>
+    </message>
+    <message id="StationSettings_Picker_removable">
+        <source>Removable medium</source>
+        <translation>Soporte extraíble</translation>
+    </message>
+    <message id="StationSettings_Picker_template_title">
+        <source>Add a report template</source>
+        <translation>Añadir una plantilla de informe</translation>
+    </message>
+    <message id="StationSettings_Picker_up">
+        <source>Up</source>
+        <translation>Subir</translation>
+    </message>
     <message id="StationSettings_Regional_city">
         <source>City</source>
         <translation>Ciudad</translation>
@@ -779,6 +811,10 @@
         <source>Not available on this station</source>
         <translation>No disponible en esta estación</translation>
     </message>
+    <message id="StationSettings_Templates_add_template">
+        <source>Add a template...</source>
+        <translation>Añadir una plantilla...</translation>
+    </message>
     <message id="StationSettings_Templates_address">
         <source>Address</source>
         <translation>Dirección</translation>
@@ -786,6 +822,10 @@
     <message id="StationSettings_Templates_apply_parameters">
         <source>Apply to the reports</source>
         <translation>Aplicar a los informes</translation>
+    </message>
+    <message id="StationSettings_Templates_choose_logo">
+        <source>Choose a logo...</source>
+        <translation>Elegir un logotipo...</translation>
     </message>
     <message id="StationSettings_Templates_company">
         <source>Company</source>
@@ -799,9 +839,9 @@
         <source>Delete a template</source>
         <translation>Eliminar una plantilla</translation>
     </message>
-    <message id="StationSettings_Templates_file_placeholder">
-        <source>path of a template file to add</source>
-        <translation>ruta de un archivo de plantilla para añadir</translation>
+    <message id="StationSettings_Templates_exists">
+        <source>A template named %1 is already on the station: delete it first to replace it.</source>
+        <translation>Ya hay una plantilla llamada %1 en la estación: elimínela primero para sustituirla.</translation>
     </message>
     <message id="StationSettings_Templates_footer">
         <source>Report footer</source>
@@ -811,9 +851,9 @@
         <source>Logo file</source>
         <translation>Archivo del logotipo</translation>
     </message>
-    <message id="StationSettings_Templates_logo_placeholder">
-        <source>path of an image to use as logo</source>
-        <translation>ruta de una imagen para usar como logotipo</translation>
+    <message id="StationSettings_Templates_logo_exists">
+        <source>A file named %1 is already in the media folder: choose it there, or rename the new one.</source>
+        <translation>Ya hay un archivo llamado %1 en la carpeta multimedia: elíjalo allí o cambie el nombre del nuevo.</translation>
     </message>
     <message id="StationSettings_Templates_no_logo">
         <source>No logo</source>
@@ -830,10 +870,6 @@
     <message id="StationSettings_Templates_templates">
         <source>Report templates</source>
         <translation>Plantillas de informe</translation>
-    </message>
-    <message id="StationSettings_Templates_use_logo">
-        <source>Use</source>
-        <translation>Usar</translation>
     </message>
     <message id="StationSettings_Unsaved_changes">
         <source>Unsaved changes</source>

@@ -539,6 +539,38 @@
         <source>Templates and logo</source>
         <translation>Modèles et logo</translation>
     </message>
+    <message id="StationSettings_Picker_choose">
+        <source>Choose</source>
+        <translation>Choisir</translation>
+    </message>
+    <message id="StationSettings_Picker_empty">
+        <source>No folder and no matching file here</source>
+        <translation>Aucun dossier ni fichier correspondant ici</translation>
+    </message>
+    <message id="StationSettings_Picker_internal">
+        <source>Internal storage</source>
+        <translation>Mémoire interne</translation>
+    </message>
+    <message id="StationSettings_Picker_logo_title">
+        <source>Choose the logo</source>
+        <translation>Choisir le logo</translation>
+    </message>
+    <message id="StationSettings_Picker_no_preview">
+        <source>Choose an image to see it here</source>
+        <translation>Choisissez une image pour la voir ici</translation>
+    </message>
+    <message id="StationSettings_Picker_removable">
+        <source>Removable medium</source>
+        <translation>Support amovible</translation>
+    </message>
+    <message id="StationSettings_Picker_template_title">
+        <source>Add a report template</source>
+        <translation>Ajouter un modèle de rapport</translation>
+    </message>
+    <message id="StationSettings_Picker_up">
+        <source>Up</source>
+        <translation>Remonter</translation>
+    </message>
     <message id="StationSettings_Regional_city">
         <source>City</source>
         <translation>Ville</translation>
@@ -779,6 +811,10 @@
         <source>Not available on this station</source>
         <translation>Non disponible sur cette station</translation>
     </message>
+    <message id="StationSettings_Templates_add_template">
+        <source>Add a template...</source>
+        <translation>Ajouter un modèle...</translation>
+    </message>
     <message id="StationSettings_Templates_address">
         <source>Address</source>
         <translation>Adresse</translation>
@@ -786,6 +822,10 @@
     <message id="StationSettings_Templates_apply_parameters">
         <source>Apply to the reports</source>
         <translation>Appliquer aux rapports</translation>
+    </message>
+    <message id="StationSettings_Templates_choose_logo">
+        <source>Choose a logo...</source>
+        <translation>Choisir un logo...</translation>
     </message>
     <message id="StationSettings_Templates_company">
         <source>Company</source>
@@ -799,9 +839,9 @@
         <source>Delete a template</source>
         <translation>Supprimer un modèle</translation>
     </message>
-    <message id="StationSettings_Templates_file_placeholder">
-        <source>path of a template file to add</source>
-        <translation>chemin d'un fichier modèle à ajouter</translation>
+    <message id="StationSettings_Templates_exists">
+        <source>A template named %1 is already on the station: delete it first to replace it.</source>
+        <translation>Un modèle nommé %1 existe déjà sur la station : supprimez-le d'abord pour le remplacer.</translation>
     </message>
     <message id="StationSettings_Templates_footer">
         <source>Report footer</source>
@@ -811,9 +851,9 @@
         <source>Logo file</source>
         <translation>Fichier du logo</translation>
     </message>
-    <message id="StationSettings_Templates_logo_placeholder">
-        <source>path of an image to use as logo</source>
-        <translation>chemin d'une image à utiliser comme logo</translation>
+    <message id="StationSettings_Templates_logo_exists">
+        <source>A file named %1 is already in the media folder: choose it there, or rename the new one.</source>
+        <translation>Un fichier nommé %1 existe déjà dans le dossier médias : choisissez-le là-bas, ou renommez le nouveau.</translation>
     </message>
     <message id="StationSettings_Templates_no_logo">
         <source>No logo</source>
@@ -830,10 +870,6 @@
     <message id="StationSettings_Templates_templates">
         <source>Report templates</source>
         <translation>Modèles de rapport</translation>
-    </message>
-    <message id="StationSettings_Templates_use_logo">
-        <source>Use</source>
-        <translation>Utiliser</translation>
     </message>
     <message id="StationSettings_Unsaved_changes">
         <source>Unsaved changes</source>

@@ -539,6 +539,38 @@
         <source>Templates and logo</source>
         <translation>Modelli e logo</translation>
     </message>
+    <message id="StationSettings_Picker_choose">
+        <source>Choose</source>
+        <translation>Scegli</translation>
+    </message>
+    <message id="StationSettings_Picker_empty">
+        <source>No folder and no matching file here</source>
+        <translation>Nessuna cartella e nessun file corrispondente qui</translation>
+    </message>
+    <message id="StationSettings_Picker_internal">
+        <source>Internal storage</source>
+        <translation>Memoria interna</translation>
+    </message>
+    <message id="StationSettings_Picker_logo_title">
+        <source>Choose the logo</source>
+        <translation>Scegli il logo</translation>
+    </message>
+    <message id="StationSettings_Picker_no_preview">
+        <source>Choose an image to see it here</source>
+        <translation>Scegliere un'immagine per vederla qui</translation>
+    </message>
+    <message id="StationSettings_Picker_removable">
+        <source>Removable medium</source>
+        <translation>Supporto rimovibile</translation>
+    </message>
+    <message id="StationSettings_Picker_template_title">
+        <source>Add a report template</source>
+        <translation>Aggiungi un modello di rapporto</translation>
+    </message>
+    <message id="StationSettings_Picker_up">
+        <source>Up</source>
+        <translation>Su</translation>
+    </message>
     <message id="StationSettings_Regional_city">
         <source>City</source>
         <translation>Città</translation>
@@ -779,6 +811,10 @@
         <source>Not available on this station</source>
         <translation>Non disponibile su questa stazione</translation>
     </message>
+    <message id="StationSettings_Templates_add_template">
+        <source>Add a template...</source>
+        <translation>Aggiungi un modello...</translation>
+    </message>
     <message id="StationSettings_Templates_address">
         <source>Address</source>
         <translation>Indirizzo</translation>
@@ -786,6 +822,10 @@
     <message id="StationSettings_Templates_apply_parameters">
         <source>Apply to the reports</source>
         <translation>Applica ai rapporti</translation>
+    </message>
+    <message id="StationSettings_Templates_choose_logo">
+        <source>Choose a logo...</source>
+        <translation>Scegli un logo...</translation>
     </message>
     <message id="StationSettings_Templates_company">
         <source>Company</source>
@@ -799,9 +839,9 @@
         <source>Delete a template</source>
         <translation>Elimina un modello</translation>
     </message>
-    <message id="StationSettings_Templates_file_placeholder">
-        <source>path of a template file to add</source>
-        <translation>percorso di un file modello da aggiungere</translation>
+    <message id="StationSettings_Templates_exists">
+        <source>A template named %1 is already on the station: delete it first to replace it.</source>
+        <translation>Sulla stazione esiste già un modello chiamato %1: eliminarlo prima per sostituirlo.</translation>
     </message>
     <message id="StationSettings_Templates_footer">
         <source>Report footer</source>
@@ -811,9 +851,9 @@
         <source>Logo file</source>
         <translation>File del logo</translation>
     </message>
-    <message id="StationSettings_Templates_logo_placeholder">
-        <source>path of an image to use as logo</source>
-        <translation>percorso di un'immagine da usare come logo</translation>
+    <message id="StationSettings_Templates_logo_exists">
+        <source>A file named %1 is already in the media folder: choose it there, or rename the new one.</source>
+        <translation>Nella cartella media esiste già un file chiamato %1: sceglierlo lì o rinominare quello nuovo.</translation>
     </message>
     <message id="StationSettings_Templates_no_logo">
         <source>No logo</source>
@@ -830,10 +870,6 @@
     <message id="StationSettings_Templates_templates">
         <source>Report templates</source>
         <translation>Modelli di rapporto</translation>
-    </message>
-    <message id="StationSettings_Templates_use_logo">
-        <source>Use</source>
-        <translation>Usa</translation>
     </message>
     <message id="StationSettings_Unsaved_changes">
         <source>Unsaved changes</source>

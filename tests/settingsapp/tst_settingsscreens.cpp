@@ -21,6 +21,8 @@ private slots:
     void libraryErrorReachesBanner();
     void honestTexts_data();
     void honestTexts();
+    void pickFile_data();
+    void pickFile();
     // Last: the other tests read the English texts.
     void languageSwitch_data();
     void languageSwitch();
@@ -169,6 +171,88 @@ void TestSettingsScreens::honestTexts()
     QTRY_VERIFY(m_fixture.isShown(objectName));
     QCOMPARE(m_fixture.text(objectName), expectedText);
     QVERIFY(!m_fixture.text(objectName).contains(QLatin1Char('@')));
+}
+
+void TestSettingsScreens::pickFile_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("picker");
+    QTest::addColumn<QString>("name");          // put in <internal storage>/exchange, then picked
+    QTest::addColumn<QString>("target");        // where the station keeps it (relative to the internal storage)
+    QTest::addColumn<bool>("added");            // false: a file of that name is there and stays
+    QTest::newRow("template from a folder of the internal storage")
+        << "addTemplateButton" << "templatePicker" << "new_report_V2.0.0.lrxml" << "templates" << true;
+    QTest::newRow("template of a name already there keeps the station's file")
+        << "addTemplateButton" << "templatePicker" << "summary.lrxml" << "templates" << false;
+    QTest::newRow("logo, previewed, then copied to the media folder and chosen")
+        << "chooseLogoButton" << "logoPicker" << "new_logo.png" << "media" << true;
+}
+
+void TestSettingsScreens::pickFile()
+{
+    QFETCH(QString, button);
+    QFETCH(QString, picker);
+    QFETCH(QString, name);
+    QFETCH(QString, target);
+    QFETCH(bool, added);
+    const QString internal = m_fixture.directory() + QStringLiteral("/storage/internal");
+    const QString source = internal + QStringLiteral("/exchange/") + name;
+    const QString kept = internal + QLatin1Char('/') + target + QLatin1Char('/') + name;
+    QVERIFY(QDir().mkpath(internal + QStringLiteral("/exchange")));
+    if (name.endsWith(QLatin1String(".png"))) {
+        QImage image(64, 32, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        QVERIFY(image.save(source));
+    } else {
+        QFile file(source);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("<report version=\"2\"/>\n") > 0);
+    }
+    const QByteArray keptBefore = SettingsFixture::digest(kept);
+    QCOMPARE(keptBefore.isEmpty(), added);
+    m_fixture.window()->setProperty("currentPage", 4);
+    QObject* banner = m_fixture.item(QStringLiteral("messageBanner"));
+    QVERIFY(banner);
+    banner->setProperty("visible", false);
+
+    QVERIFY(m_fixture.click(button));
+    QObject* dialog = m_fixture.item(picker);
+    QVERIFY(dialog);
+    QTRY_VERIFY(dialog->property("opened").toBool());
+    // Taps the list's row showing `text`.
+    const auto tap = [&](const QString& text) {
+        auto* list = qobject_cast<QQuickItem*>(m_fixture.item(picker + QStringLiteral("List")));
+        auto* rows = list ? list->property("contentItem").value<QQuickItem*>() : nullptr;
+        for (QQuickItem* row : rows ? rows->childItems() : QList<QQuickItem*>()) {
+            if (row->isVisible() && row->property("text").toString().contains(text))
+                return QMetaObject::invokeMethod(row, "clicked");
+        }
+        return false;
+    };
+    // Once each: QTRY_VERIFY evaluates its condition again after the wait.
+    bool entered = false;
+    QTRY_VERIFY(entered || (entered = tap(QStringLiteral("exchange/"))));
+    bool selected = false;
+    QTRY_VERIFY(selected || (selected = tap(name)));
+    QVERIFY(m_fixture.property(picker + QStringLiteral("Choose"), "enabled").toBool());
+    if (dialog->property("preview").toBool())
+        QTRY_COMPARE(m_fixture.property(picker + QStringLiteral("Preview"), "status").toInt(), 1); // Image.Ready
+    QVERIFY(m_fixture.click(picker + QStringLiteral("Choose")));
+    QTRY_VERIFY(!dialog->property("visible").toBool());
+
+    if (added) {
+        QCOMPARE(SettingsFixture::digest(kept), SettingsFixture::digest(source));
+        if (target == QLatin1String("templates")) {
+            QTRY_VERIFY(m_fixture.property(QStringLiteral("templateList"), "model").toStringList().contains(name));
+        } else {
+            QCOMPARE(DZuConfiguration::getInstance()->companyLogo(), name);
+            QTRY_COMPARE(m_fixture.text(QStringLiteral("logoName")), name);
+        }
+        QVERIFY(!banner->property("visible").toBool());
+    } else {
+        QCOMPARE(SettingsFixture::digest(kept), keptBefore);
+        QVERIFY(banner->property("visible").toBool() && banner->property("isError").toBool());
+        QVERIFY2(m_fixture.text(QStringLiteral("messageText")).contains(name), qPrintable(m_fixture.text(QStringLiteral("messageText"))));
+    }
 }
 
 void TestSettingsScreens::languageSwitch_data()

@@ -52,6 +52,8 @@ const Dialog C_dialogs[] = {
     { "history dialog", "general", "historyButton", "historyDialog" },
     { "folder delete question", "folders", "deleteFolderButton", "deleteFolderConfirm" },
     { "sync reset question", "sync", "resetSyncButton", "resetSyncConfirm" },
+    { "template picker", "templates", "addTemplateButton", "templatePicker" },
+    { "logo picker", "templates", "chooseLogoButton", "logoPicker" },
 };
 
 // What an operator touches: buttons (and check boxes, delegates...), fields, boxes, sliders, and

@@ -33,6 +33,48 @@ ScrollView {
         }
     }
 
+    // A file of the station's storage or of the removable medium is copied into the templates
+    // folder; one of the same name already there is kept, and the operator told.
+    FilePicker {
+        id: templatePicker
+        objectName: "templatePicker"
+        //% "Add a report template"
+        title: qsTrId("StationSettings_Picker_template_title")
+        nameFilters: ["*.lrxml"]
+        onPicked: {
+            var name = path.substring(path.lastIndexOf("/") + 1)
+            if (directories.templatesList.indexOf(name) >= 0) {
+                //% "A template named %1 is already on the station: delete it first to replace it."
+                window.showMessage(qsTrId("StationSettings_Templates_exists").arg(name), true)
+            } else if (zuConfig.addTemplateFile(path).length === 0
+                       || directories.getFilesForPath(directories.getTemplatesDirectoryPath(), [name]).length === 0) {
+                window.showMessage(qsTrId("StationSettings_Templates_not_added").arg(path), true)
+            }
+        }
+    }
+    // The logo is copied into the media folder, unless it is there already.
+    FilePicker {
+        id: logoPicker
+        objectName: "logoPicker"
+        //% "Choose the logo"
+        title: qsTrId("StationSettings_Picker_logo_title")
+        nameFilters: ["*.png", "*.jpg", "*.jpeg", "*.svg", "*.bmp"]
+        preview: true
+        onPicked: {
+            var name = path.substring(path.lastIndexOf("/") + 1)
+            var media = zuConfig.mediaDirectoryPath
+            var inMedia = path === media + "/" + name
+            if (!inMedia && directories.getFilesForPath(media, [name]).length > 0) {
+                //% "A file named %1 is already in the media folder: choose it there, or rename the new one."
+                window.showMessage(qsTrId("StationSettings_Templates_logo_exists").arg(name), true)
+            } else if (!inMedia && zuConfig.addCompanyLogo(path).length === 0) {
+                window.showMessage(qsTrId("StationSettings_Templates_not_added").arg(path), true)
+            } else {
+                zuConfig.companyLogo = name
+            }
+        }
+    }
+
     ColumnLayout {
         width: page.availableWidth - 32
         x: 16
@@ -82,24 +124,11 @@ ScrollView {
                     }
                 }
                 RowLayout {
-                    TouchField {
-                        id: templateFile
-                        objectName: "templateFileField"
-                        Layout.fillWidth: true
-                        //% "path of a template file to add"
-                        placeholderText: qsTrId("StationSettings_Templates_file_placeholder")
-                    }
                     TouchButton {
-                        text: qsTrId("StationSettings_Add")
-                        enabled: templateFile.text.length > 0
-                        onClicked: {
-                            var name = zuConfig.addTemplateFile(templateFile.text)
-                            if (name.length === 0)
-                                //% "The file %1 could not be added."
-                                window.showMessage(qsTrId("StationSettings_Templates_not_added").arg(templateFile.text), true)
-                            else
-                                templateFile.text = ""
-                        }
+                        objectName: "addTemplateButton"
+                        //% "Add a template..."
+                        text: qsTrId("StationSettings_Templates_add_template")
+                        onClicked: templatePicker.open()
                     }
                     TouchButton {
                         objectName: "deleteTemplateButton"
@@ -152,25 +181,17 @@ ScrollView {
                     }
                     RowLayout {
                         Layout.fillWidth: true
-                        TouchField {
-                            id: logoField
+                        Label {
+                            objectName: "logoName"
                             Layout.fillWidth: true
-                            text: zuConfig.companyLogo
-                            //% "path of an image to use as logo"
-                            placeholderText: qsTrId("StationSettings_Templates_logo_placeholder")
+                            elide: Text.ElideMiddle
+                            text: zuConfig.companyLogo.length > 0 ? zuConfig.companyLogo : qsTrId("StationSettings_Templates_no_logo")
                         }
                         TouchButton {
-                            //% "Use"
-                            text: qsTrId("StationSettings_Templates_use_logo")
-                            enabled: logoField.text.length > 0 && logoField.text !== zuConfig.companyLogo
-                            onClicked: {
-                                // A path outside the media folder is copied into it first.
-                                var name = logoField.text.indexOf("/") >= 0 ? zuConfig.addCompanyLogo(logoField.text) : logoField.text
-                                if (name.length === 0)
-                                    window.showMessage(qsTrId("StationSettings_Templates_not_added").arg(logoField.text), true)
-                                else
-                                    zuConfig.companyLogo = name
-                            }
+                            objectName: "chooseLogoButton"
+                            //% "Choose a logo..."
+                            text: qsTrId("StationSettings_Templates_choose_logo")
+                            onClicked: logoPicker.open()
                         }
                     }
                     Label {
