@@ -234,8 +234,10 @@ void TestSettingsScreens::pickFile()
     bool selected = false;
     QTRY_VERIFY(selected || (selected = tap(name)));
     QVERIFY(m_fixture.property(picker + QStringLiteral("Choose"), "enabled").toBool());
-    if (dialog->property("preview").toBool())
+    if (dialog->property("preview").toBool()) {
         QTRY_COMPARE(m_fixture.property(picker + QStringLiteral("Preview"), "status").toInt(), 1); // Image.Ready
+        QVERIFY(m_fixture.saveScreenshot(picker + QStringLiteral("_preview")));
+    }
     QVERIFY(m_fixture.click(picker + QStringLiteral("Choose")));
     QTRY_VERIFY(!dialog->property("visible").toBool());
 
