@@ -4,7 +4,9 @@
 // Choices:
 // - Identity keys (the workplace name, the time of the last save, the "system" section the
 //   library writes itself) are neither exported nor compared unless named exactly with --keys:
-//   stations of a plant share everything but their names.
+//   stations of a plant share everything but their names. So are the storage folders
+//   ("directories"): each station mirrors to its own directory of a share, and a package that
+//   carried one station's folders would have the others mirror into it.
 // - Arrays (folders, relations, comment lists) are one value each, as the update merge replaces
 //   them whole; objects are compared and carried key by key.
 // - An update package only adds and replaces keys: what only the other station holds is named
@@ -36,7 +38,7 @@ namespace {
 using Difference = SettingsHistory::Difference;
 
 const QStringList c_identityKeys { QStringLiteral("general.workplace_name"), QStringLiteral("general.lastModification"),
-                                   QStringLiteral("system"), QStringLiteral("_hidden_") };
+                                   QStringLiteral("system"), QStringLiteral("_hidden_"), QStringLiteral("directories") };
 
 bool isUnder(const QString& key, const QString& prefix)
 {
