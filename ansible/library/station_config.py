@@ -22,7 +22,7 @@ options:
     type: path
     default: station-config
   settings:
-    description: Dotted key to value, e.g. C(general.sound_volume: 55); lists for text lists.
+    description: Dotted key to value, e.g. C(general.sound_volume=55); lists for text lists.
     type: dict
     default: {}
   unset:
