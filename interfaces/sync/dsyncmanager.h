@@ -43,7 +43,7 @@
 //   The worker hands them over in batches (at most about ten a second, and at the end of a
 //   pass), each batch emitted here one signal per file in the order of the events: the owner's
 //   thread wakes a bounded number of times per second whatever the number of files.
-// - To a distant root that is a mount point (a share) a few copies run at once; the order of
+// - To a distant root on a network file system (a share) a few copies run at once; the order of
 //   syncCompleted then follows the copies' ends, not the directory listing.
 // - Each file is read with one stat on a pass where it did not change (none on the distant
 //   side), and the records are streamed from the database in the walk's order, not loaded.

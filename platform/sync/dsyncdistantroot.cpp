@@ -10,12 +10,30 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace {
 QByteArray encoded(const QString& path)
 {
     return QFile::encodeName(path);
+}
+
+bool isNetworkFileSystem(int fd)
+{
+    struct statfs status;
+    if (::fstatfs(fd, &status) != 0)
+        return false;
+    switch (static_cast<unsigned long>(status.f_type)) {
+    case 0x65735546UL: // FUSE
+    case 0xFF534D42UL: // CIFS
+    case 0xFE534D42UL: // SMB2
+    case 0x517BUL:     // SMB
+    case 0x6969UL:     // NFS
+        return true;
+    default:
+        return false;
+    }
 }
 
 qint64 modifiedMs(const struct stat& status)
@@ -52,6 +70,7 @@ bool DSyncDistantRoot::open(const QString& path)
     m_device = own.st_dev;
     m_inode = own.st_ino;
     m_mountPoint = parent.st_dev != own.st_dev;
+    m_network = isNetworkFileSystem(m_fd);
     return true;
 }
 

@@ -34,6 +34,8 @@ public:
     // On another device than its parent when opened.
     bool isMountPoint() const { return m_mountPoint; }
     static bool isMountPoint(const QString& path);
+    // On a network file system (SMB, NFS, or one served in user space such as the share helper's).
+    bool isNetwork() const { return m_network; }
 
     // The path still names the directory opened, on the same device, and when it was a mount
     // point (a device other than its parent's) it still is one.
@@ -63,5 +65,6 @@ private:
     quint64 m_device = 0;
     quint64 m_inode = 0;
     bool m_mountPoint = false;
+    bool m_network = false;
     QString m_error;
 };

@@ -242,7 +242,7 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
     state.mirror = &mirror;
     state.database = &database;
     state.root = &root;
-    state.concurrent = root.isMountPoint();
+    state.concurrent = root.isNetwork();
     const EnMirrorResult result = walkMirror(state, walk);
     collectTransfers(state, true);
     if (state.rootLost) {

@@ -50,7 +50,7 @@ Q_DECLARE_METATYPE(DSyncEventBatch)
 // and recorded first).
 // Per-file events are gathered and sent at most every C_batchIntervalMs (and at the end of a
 // pass), so that the manager's thread wakes a bounded number of times whatever the number of
-// files. To a distant root that is a mount point (a network share) up to C_transfersInFlight
+// files. To a distant root on a network file system (a share) up to C_transfersInFlight
 // copies run at once; the walk, the decisions, the trash and the database stay on this thread.
 class DSyncWorker : public QObject
 {

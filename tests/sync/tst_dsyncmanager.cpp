@@ -213,8 +213,8 @@ private Q_SLOTS:
     void progressReachesTheOwnerInBatches_data()
     {
         QTest::addColumn<int>("count");
-        QTest::newRow("2,000 files") << 2000;
-        QTest::newRow("8,000 files") << 8000;
+        QTest::newRow("1,000 files") << 1000;
+        QTest::newRow("4,000 files") << 4000;
     }
     // Every file is signalled, while the owner's thread is woken a bounded number of times per second.
     void progressReachesTheOwnerInBatches()
