@@ -3,7 +3,8 @@
 //
 // Choices:
 // - Identity keys (the workplace name, the time of the last save, the "system" section the
-//   library writes itself) are neither exported nor compared unless named exactly with --keys:
+//   library writes itself) are neither exported nor compared unless --keys names them or a
+//   key inside them (a section around them does not):
 //   stations of a plant share everything but their names. So are the storage folders
 //   ("directories"): each station mirrors to its own directory of a share, and a package that
 //   carried one station's folders would have the others mirror into it.
@@ -74,7 +75,7 @@ void expand(const Difference& difference, QVector<Difference>& out)
 }
 
 // Key by key, `there` against `here`, keeping only the chosen keys: those under a --keys prefix
-// (every key without one) and never an identity key unless it is named exactly.
+// (every key without one) and never an identity key unless a prefix names it or a key inside it.
 QVector<Difference> chosenDifferences(const QJsonObject& there, const QJsonObject& here, const QStringList& prefixes,
                                       QStringList& unmatched)
 {
@@ -84,9 +85,15 @@ QVector<Difference> chosenDifferences(const QJsonObject& there, const QJsonObjec
     QVector<Difference> chosen;
     unmatched = prefixes;
     for (const Difference& difference : qAsConst(all)) {
+        // An identity key counts as named by a prefix at or below it ("general" does not name it).
         bool identity = false;
-        for (const QString& key : c_identityKeys)
-            identity = identity || (isUnder(difference.key, key) && !prefixes.contains(difference.key) && !prefixes.contains(key));
+        for (const QString& key : c_identityKeys) {
+            if (!isUnder(difference.key, key))
+                continue;
+            identity = true;
+            for (const QString& prefix : prefixes)
+                identity = identity && !(isUnder(prefix, key) && isUnder(difference.key, prefix));
+        }
         if (identity)
             continue;
         bool selected = prefixes.isEmpty();

@@ -135,7 +135,7 @@ private slots:
             << "general.sound_volume=70;regionalSettings.city=\"Paris\";general.workplace_name=;general.lastModification=;"
                "system=;directories=";
         QTest::newRow("folders when named")
-            << "" << QStringList { "export-update", "--keys", "directories", "@out" } << 0 << "" << ""
+            << "" << QStringList { "export-update", "--keys", "directories.foldersRoles", "@out" } << 0 << "" << ""
             << "directories.foldersRoles.results=\"{2a9d6c41-7e3b-4f05-8c1a-5b8e0f2d7c36}\";general=";
         QTest::newRow("chosen sections and keys")
             << "" << QStringList { "export-update", "--keys", "regionalSettings.city, sync", "@out" } << 0
