@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include <cstdio>
+
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -31,17 +33,20 @@ bool unsupported(int error)
         || error == EBADF || error == EPERM;
 }
 
-// Copies `size` bytes (or up to the end when it comes first); errno set on failure.
-bool copyContent(int source, int target, qint64 size, DSyncCopyAbilities& abilities, QByteArray& buffer)
+// Copies `size` bytes (or up to the end when it comes first) and says how many; errno set on failure.
+bool copyContent(int source, int target, qint64 size, DSyncCopyAbilities& abilities, QByteArray& buffer, qint64& copied)
 {
+    copied = 0;
     if (abilities.clone && size >= C_cloneThreshold) {
-        if (::ioctl(target, FICLONE, source) == 0)
+        if (::ioctl(target, FICLONE, source) == 0) {
+            struct stat status;
+            copied = ::fstat(target, &status) == 0 ? status.st_size : -1;
             return true;
+        }
         if (!unsupported(errno))
             return false;
         abilities.clone = false;
     }
-    qint64 copied = 0;
     if (abilities.kernelCopy) {
         while (copied < size) {
             const ssize_t n = ::copy_file_range(source, nullptr, target, nullptr, size_t(size - copied), 0);
@@ -128,22 +133,44 @@ DSyncCopyResult dsyncCopyFile(int rootFd, const QString& rootPath, const DSyncCo
         result.detail = distantFile + QStringLiteral(": ") + systemError(error);
         return result;
     };
-    if (!copyContent(source, target, request.size, abilities, buffer))
+    qint64 copied = 0;
+    if (!copyContent(source, target, request.size, abilities, buffer, copied))
         return discard(QStringLiteral("Cannot write the distant copy"), errno);
     // The copy keeps the local modification time (a failure here only costs a content check later).
     const struct timespec times[2] = {{0, UTIME_OMIT},
                                       {time_t(request.modified / 1000), long(request.modified % 1000) * 1000000}};
     ::futimens(target, times);
     struct stat written;
-    const bool known = !request.statAfterRename && ::fstat(target, &written) == 0;
+    bool known = false;
+    if (request.timesExact && copied >= 0) {
+        written.st_size = copied;
+        written.st_mtim = times[1];
+        known = true;
+    } else if (!request.statAfterRename) {
+        known = ::fstat(target, &written) == 0;
+    }
     const int closed = ::close(target);
     target = -1;
     if (closed != 0)
         return discard(QStringLiteral("Cannot write the distant copy"), errno);
     ::close(source);
     const QByteArray final = QFile::encodeName(request.relativePath);
+    bool moved = false;
+    if (request.noReplace) {
+        // A distant file that appeared during the copy is not ours to replace: the next pass sees it.
+        moved = ::renameat2(rootFd, temporary.constData(), rootFd, final.constData(), RENAME_NOREPLACE) == 0;
+        struct stat existing;
+        if (!moved && (errno == EEXIST
+                       || ((errno == EINVAL || errno == ENOSYS)
+                           && ::fstatat(rootFd, final.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0))) {
+            result.temporaryLeft = ::unlinkat(rootFd, temporary.constData(), 0) != 0;
+            result.message = QStringLiteral("Distant file appeared during the copy, left as it is");
+            result.detail = distantFile;
+            return result;
+        }
+    }
     // In one step where the file system allows it, so that a reader sees the old file or the new one.
-    if (::renameat(rootFd, temporary.constData(), rootFd, final.constData()) != 0
+    if (!moved && ::renameat(rootFd, temporary.constData(), rootFd, final.constData()) != 0
         && (::unlinkat(rootFd, final.constData(), 0) != 0
             || ::renameat(rootFd, temporary.constData(), rootFd, final.constData()) != 0)) {
         const int error = errno;

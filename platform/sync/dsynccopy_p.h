@@ -13,6 +13,8 @@ struct DSyncCopyRequest
     qint64 size = 0;       // as the walk saw it: bytes beyond are left for the next pass
     qint64 modified = 0;   // ms since the epoch
     bool statAfterRename = false; // a network file system may adjust what was written: ask it
+    bool timesExact = false;      // the file system keeps the time as given: no need to ask at all
+    bool noReplace = false;       // no distant file was there: one that appeared meanwhile is kept
 };
 
 struct DSyncCopyResult

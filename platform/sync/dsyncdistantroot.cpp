@@ -19,17 +19,33 @@ QByteArray encoded(const QString& path)
     return QFile::encodeName(path);
 }
 
-bool isNetworkFileSystem(int fd)
+unsigned long fileSystemType(int fd)
 {
     struct statfs status;
-    if (::fstatfs(fd, &status) != 0)
-        return false;
-    switch (static_cast<unsigned long>(status.f_type)) {
+    return ::fstatfs(fd, &status) == 0 ? static_cast<unsigned long>(status.f_type) : 0;
+}
+
+bool isNetworkFileSystem(unsigned long type)
+{
+    switch (type) {
     case 0x65735546UL: // FUSE
     case 0xFF534D42UL: // CIFS
     case 0xFE534D42UL: // SMB2
     case 0x517BUL:     // SMB
     case 0x6969UL:     // NFS
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool hasExactTimes(unsigned long type)
+{
+    switch (type) {
+    case 0xEF53UL:     // ext2/3/4
+    case 0x58465342UL: // XFS
+    case 0x9123683EUL: // Btrfs
+    case 0x01021994UL: // tmpfs
         return true;
     default:
         return false;
@@ -70,7 +86,9 @@ bool DSyncDistantRoot::open(const QString& path)
     m_device = own.st_dev;
     m_inode = own.st_ino;
     m_mountPoint = parent.st_dev != own.st_dev;
-    m_network = isNetworkFileSystem(m_fd);
+    const unsigned long type = fileSystemType(m_fd);
+    m_network = isNetworkFileSystem(type);
+    m_exactTimes = hasExactTimes(type);
     return true;
 }
 
@@ -141,16 +159,20 @@ int DSyncDistantRoot::createNew(const QString& relativePath)
     return fd;
 }
 
-bool DSyncDistantRoot::makeDirectories(const QString& relativeDirectory)
+bool DSyncDistantRoot::makeDirectories(const QString& relativeDirectory, bool* created)
 {
     QString directory;
+    bool made = false;
     for (const QString& part : relativeDirectory.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
         if (part == QLatin1String("."))
             continue;
         directory += (directory.isEmpty() ? QString() : QStringLiteral("/")) + part;
-        if (::mkdirat(m_fd, encoded(directory).constData(), 0777) != 0 && errno != EEXIST)
+        made = ::mkdirat(m_fd, encoded(directory).constData(), 0777) == 0;
+        if (!made && errno != EEXIST)
             return setError(QStringLiteral("cannot create ") + directory);
     }
+    if (created)
+        *created = made;
     return true;
 }
 

@@ -36,6 +36,9 @@ public:
     static bool isMountPoint(const QString& path);
     // On a network file system (SMB, NFS, or one served in user space such as the share helper's).
     bool isNetwork() const { return m_network; }
+    // Keeps modification times to the nanosecond as they are set (ext4, XFS, Btrfs, tmpfs):
+    // what a copy was given is what it has, no need to ask.
+    bool keepsExactTimes() const { return m_exactTimes; }
 
     // The path still names the directory opened, on the same device, and when it was a mount
     // point (a device other than its parent's) it still is one.
@@ -46,8 +49,9 @@ public:
     // A descriptor the caller closes, -1 on failure. createNew() never replaces a file.
     int openForReading(const QString& relativePath);
     int createNew(const QString& relativePath);
-    // Makes the directories of a relative path that are missing (never the root itself).
-    bool makeDirectories(const QString& relativeDirectory);
+    // Makes the directories of a relative path that are missing (never the root itself);
+    // `created` tells whether the last one was made here (and so was empty).
+    bool makeDirectories(const QString& relativeDirectory, bool* created = nullptr);
     // Replaces `to` by `from` (both relative).
     bool rename(const QString& from, const QString& to);
     // Moves a file out of the root, to an absolute path on the same file system.
@@ -66,5 +70,6 @@ private:
     quint64 m_inode = 0;
     bool m_mountPoint = false;
     bool m_network = false;
+    bool m_exactTimes = false;
     QString m_error;
 };

@@ -226,6 +226,7 @@ DSyncWorker::EnMirrorResult DSyncWorker::syncMirror(DSyncDatabase& database, con
         return EnMirrorResult::CeMirrorDone;
     }
     m_createdDirectories.clear();
+    m_newDirectories.clear();
     m_temporaryLeft = false;
     m_unfinishedMarked = database.isUnfinished(mirror.alias);
     if (m_unfinishedMarked)
@@ -305,7 +306,10 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(MirrorState& state, const QStrin
     DSyncDistantRoot& root = *state.root;
     const QString localFile = mirror.localPath + QLatin1Char('/') + relativePath;
     post(DSyncEvent::CeStarted, localFile);
-    const DSyncDistantRoot::Entry distant = root.entry(relativePath);
+    const QString directory = QFileInfo(relativePath).path();
+    // A directory this pass made holds only what the pass put there: nothing to look at.
+    const bool inNewDirectory = m_newDirectories.contains(directory);
+    const DSyncDistantRoot::Entry distant = inNewDirectory ? DSyncDistantRoot::Entry() : root.entry(relativePath);
 
     DSyncDatabase::Record written;
     written.distantRoot = mirror.remotePath;
@@ -334,15 +338,17 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(MirrorState& state, const QStrin
         }
     }
 
-    const QString directory = QFileInfo(relativePath).path();
     if (!m_createdDirectories.contains(directory)) {
-        if (!root.makeDirectories(directory)) {
+        bool created = false;
+        if (!root.makeDirectories(directory, &created)) {
             fail(__LINE__, QStringLiteral("Cannot create the distant directory"),
                  root.path() + QLatin1Char('/') + directory + QStringLiteral(": ") + root.errorString());
             post(DSyncEvent::CeFailed, localFile);
             return EnFileResult::CeFileFailed;
         }
         m_createdDirectories.insert(directory);
+        if (created)
+            m_newDirectories.insert(directory);
     }
     // Written through before the first temporary, so that a crash is followed by a clean-up.
     if (!m_unfinishedMarked)
@@ -354,6 +360,8 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(MirrorState& state, const QStrin
     transfer.request.size = size;
     transfer.request.modified = modified;
     transfer.request.statAfterRename = state.concurrent;
+    transfer.request.timesExact = root.keepsExactTimes();
+    transfer.request.noReplace = !distant.exists;
     transfer.record = written;
     if (size >= C_largeFile)
         flushEvents();

@@ -121,6 +121,7 @@ private:
     QSet<QString> m_skippedFiles;           // the database and its side files
     QSet<QByteArray> m_skippedRelative;     // the same, relative to the mirror's local directory
     QSet<QString> m_createdDirectories;     // distant directories (relative) known to exist in this alias's pass
+    QSet<QString> m_newDirectories;         // the ones this alias's pass made
     bool m_unfinishedMarked = false;        // the database says this alias may have temporaries left
     bool m_temporaryLeft = false;           // a temporary of this alias's pass could not be removed
     QByteArray m_buffer;                    // copy buffer of this thread, kept between files
