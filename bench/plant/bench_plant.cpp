@@ -126,8 +126,8 @@ public:
     qint64 rsyncAll();
     // Files not on the server as written: by content, or (quicker) by size only.
     int lostFiles(bool byContent = true) const;
-    // Files of the copy under way (".dsync-*") left on the share.
-    int temporariesLeft() const;
+    // Files of a copy under way (".dsync-*") left on the share, by path from the share.
+    QStringList temporariesLeft() const;
     // The time the last station copied its first file after the restart, -1 when one did not.
     qint64 lastCopyingAgain() const;
     void addFiles(const QString& folder, int files);
@@ -376,15 +376,16 @@ qint64 PlantRun::rsyncAll()
     return ok ? g_clock.elapsed() - start : -1;
 }
 
-int PlantRun::temporariesLeft() const
+QStringList PlantRun::temporariesLeft() const
 {
-    int count = 0;
+    QStringList found;
+    const QDir share(m_server.shareDirectory());
     for (const Station& station : m_stations) {
         QDirIterator it(station.serverSide, {QStringLiteral(".dsync-*")}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        for (; it.hasNext(); it.next())
-            ++count;
+        while (it.hasNext())
+            found << share.relativeFilePath(it.next());
     }
-    return count;
+    return found;
 }
 
 qint64 PlantRun::lastCopyingAgain() const
@@ -546,13 +547,13 @@ int main(int argc, char* argv[])
     }
     lostNow = run.lostFiles();
     lost += lostNow;
-    const int temporaries = run.temporariesLeft();
+    const QStringList temporaries = run.temporariesLeft();
     const qint64 copyingAgain = run.lastCopyingAgain();
     if (recovered) {
         rows << QStringLiteral("| %1 new files each, smbd restarted after a fifth of them | %2 | - | %3 copied, %4 failed before the "
                                "restart's end; %5 copied by %6 more pass(es); %7 lost of %8; %9 temporaries left |")
                     .arg(added).arg(seconds(settledAt - restart.stoppedAt)).arg(restart.copied).arg(restart.failed)
-                    .arg(copiedAfter).arg(passes).arg(lostNow).arg(stations * (files + added)).arg(temporaries);
+                    .arg(copiedAfter).arg(passes).arg(lostNow).arg(stations * (files + added)).arg(temporaries.size());
         say(rows.last());
     }
     run.stopStations();
@@ -575,5 +576,7 @@ int main(int argc, char* argv[])
     } else
         say(QStringLiteral("bench_plant: ") + run.error());
     say(QStringLiteral("files lost: %1").arg(lost));
-    return lost == 0 && temporaries == 0 && recovered ? 0 : 1;
+    for (const QString& path : temporaries)
+        say(QStringLiteral("temporary left on the share: ") + path);
+    return lost == 0 && temporaries.isEmpty() && recovered ? 0 : 1;
 }
