@@ -193,7 +193,7 @@
     </message>
     <message id="StationSettings_Confirm_reload_accept">
         <source>Reload and lose changes</source>
-        <translation>Relire et perdre les modifications</translation>
+        <translation>Recharger et perdre les modifications</translation>
     </message>
     <message id="StationSettings_Conflict_overwrite">
         <source>Overwrite</source>
@@ -665,7 +665,7 @@
     </message>
     <message id="StationSettings_Reload">
         <source>Reload</source>
-        <translation>Relire</translation>
+        <translation>Recharger</translation>
     </message>
     <message id="StationSettings_Reloaded">
         <source>The settings were read again from the station.</source>

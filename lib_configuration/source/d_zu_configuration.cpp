@@ -788,9 +788,13 @@ void DZuConfiguration::setDisplaySeconds(bool display)
     emit sigRegionChanged();
 }
 
+// Both choices are saved with the document: a change is signalled like any other setting's.
 void DZuConfiguration::setCurrentLanguage(const QString& language)
 {
+    const QString before = getCurrentLanguage();
     LanguagesManagement::instance()->setCurrentLanguage(language);
+    if (getCurrentLanguage() != before)
+        emit sigConfigurationChanged();
 }
 
 QString DZuConfiguration::getCurrentLanguage() const
@@ -817,8 +821,12 @@ QString DZuConfiguration::getKeyboardInput() const
 void DZuConfiguration::setKeyboardInput(const QString& layout)
 {
     KeyboardManagement* keyboard = KeyboardManagement::instance();
-    if (keyboard->setCurrentKeyboardLayout(layout))
+    const QString before = keyboard->getCurrentKeyboardLayout();
+    if (keyboard->setCurrentKeyboardLayout(layout)) {
         keyboard->applyKeyboardLayout();
+        if (keyboard->getCurrentKeyboardLayout() != before)
+            emit sigConfigurationChanged();
+    }
 }
 
 bool DZuConfiguration::sequenceAutoLaunch() const { return m_sequenceAutoLaunch; }

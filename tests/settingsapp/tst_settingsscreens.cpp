@@ -1,12 +1,16 @@
 #include <QDir>
 #include <QImage>
+#include <QProcess>
 #include <QQuickItem>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QtTest>
 
 #include "d_zu_configuration.h"
+#include "directories.h"
 #include "settingsfixture.h"
+
+#include <unistd.h>
 
 // Every page of the settings screens on the demo station: it draws something, and no text it
 // shows is a raw translation id. One screenshot per page goes to <build>/screenshots.
@@ -23,6 +27,7 @@ private slots:
     void honestTexts();
     void pickFile_data();
     void pickFile();
+    void keyboardChoiceRewritesCompositorFile();
     // Last: the other tests read the English texts.
     void languageSwitch_data();
     void languageSwitch();
@@ -177,34 +182,52 @@ void TestSettingsScreens::pickFile_data()
 {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("picker");
-    QTest::addColumn<QString>("name");          // put in <internal storage>/exchange, then picked
+    QTest::addColumn<QString>("source");        // "internal" or "external" (the removable medium)
+    QTest::addColumn<QString>("name");          // put in <source>/exchange, then picked
     QTest::addColumn<QString>("target");        // where the station keeps it (relative to the internal storage)
     QTest::addColumn<bool>("added");            // false: a file of that name is there and stays
     QTest::newRow("template from a folder of the internal storage")
-        << "addTemplateButton" << "templatePicker" << "new_report_V2.0.0.lrxml" << "templates" << true;
+        << "addTemplateButton" << "templatePicker" << "internal" << "new_report_V2.0.0.lrxml" << "templates" << true;
+    QTest::newRow("template from the removable medium")
+        << "addTemplateButton" << "templatePicker" << "external" << "usb_report.lrxml" << "templates" << true;
     QTest::newRow("template of a name already there keeps the station's file")
-        << "addTemplateButton" << "templatePicker" << "summary.lrxml" << "templates" << false;
+        << "addTemplateButton" << "templatePicker" << "internal" << "summary.lrxml" << "templates" << false;
     QTest::newRow("logo, previewed, then copied to the media folder and chosen")
-        << "chooseLogoButton" << "logoPicker" << "new_logo.png" << "media" << true;
+        << "chooseLogoButton" << "logoPicker" << "internal" << "new_logo.png" << "media" << true;
 }
 
 void TestSettingsScreens::pickFile()
 {
     QFETCH(QString, button);
     QFETCH(QString, picker);
+    QFETCH(QString, source);
     QFETCH(QString, name);
     QFETCH(QString, target);
     QFETCH(bool, added);
     const QString internal = m_fixture.directory() + QStringLiteral("/storage/internal");
-    const QString source = internal + QStringLiteral("/exchange/") + name;
     const QString kept = internal + QLatin1Char('/') + target + QLatin1Char('/') + name;
-    QVERIFY(QDir().mkpath(internal + QStringLiteral("/exchange")));
+    // The demo station's removable medium is whatever is mounted at storage/usb.
+    const QString root = source == QLatin1String("external") ? m_fixture.directory() + QStringLiteral("/storage/usb") : internal;
+    Directories* directories = DZuConfiguration::getInstance()->directories();
+    struct Unmount {
+        QString path;
+        ~Unmount() { if (!path.isEmpty()) QProcess::execute(QStringLiteral("umount"), { QStringLiteral("-l"), path }); }
+    } unmount;
+    if (source == QLatin1String("external")) {
+        QVERIFY(QDir().mkpath(root));
+        if (::geteuid() != 0 || QProcess::execute(QStringLiteral("mount"), { "-t", "tmpfs", "-o", "size=1m", "tmpfs", root }) != 0)
+            QSKIP("mounting a medium needs root");
+        unmount.path = root;
+        QTRY_VERIFY_WITH_TIMEOUT(directories->removableStorageAvailable(), 15000);
+    }
+    const QString path = root + QStringLiteral("/exchange/") + name;
+    QVERIFY(QDir().mkpath(root + QStringLiteral("/exchange")));
     if (name.endsWith(QLatin1String(".png"))) {
         QImage image(64, 32, QImage::Format_RGB32);
         image.fill(Qt::darkCyan);
-        QVERIFY(image.save(source));
+        QVERIFY(image.save(path));
     } else {
-        QFile file(source);
+        QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("<report version=\"2\"/>\n") > 0);
     }
     const QByteArray keptBefore = SettingsFixture::digest(kept);
@@ -229,6 +252,8 @@ void TestSettingsScreens::pickFile()
         return false;
     };
     // Once each: QTRY_VERIFY evaluates its condition again after the wait.
+    if (source == QLatin1String("external"))
+        QVERIFY(m_fixture.click(picker + QStringLiteral("Removable")));
     bool entered = false;
     QTRY_VERIFY(entered || (entered = tap(QStringLiteral("exchange/"))));
     bool selected = false;
@@ -242,7 +267,7 @@ void TestSettingsScreens::pickFile()
     QTRY_VERIFY(!dialog->property("visible").toBool());
 
     if (added) {
-        QCOMPARE(SettingsFixture::digest(kept), SettingsFixture::digest(source));
+        QCOMPARE(SettingsFixture::digest(kept), SettingsFixture::digest(path));
         if (target == QLatin1String("templates")) {
             QTRY_VERIFY(m_fixture.property(QStringLiteral("templateList"), "model").toStringList().contains(name));
         } else {
@@ -255,6 +280,32 @@ void TestSettingsScreens::pickFile()
         QVERIFY(banner->property("visible").toBool() && banner->property("isError").toBool());
         QVERIFY2(m_fixture.text(QStringLiteral("messageText")).contains(name), qPrintable(m_fixture.text(QStringLiteral("messageText"))));
     }
+}
+
+// As with --apply-to-system: the compositor file is the station's own.
+void TestSettingsScreens::keyboardChoiceRewritesCompositorFile()
+{
+    const QString path = m_fixture.directory() + QStringLiteral("/etc/weston.ini");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QVERIFY(file.write("[core]\nshell=kiosk-shell.so\n\n[keyboard]\nkeymap_layout=fr\n") > 0);
+    file.close();
+    DZuConfiguration::setCompositorConfigPath(path);
+    auto restore = qScopeGuard([this] {
+        DZuConfiguration::setCompositorConfigPath(m_fixture.directory() + QStringLiteral("/no-compositor/weston.ini"));
+    });
+    QQuickWindow* window = m_fixture.window();
+    window->setProperty("currentPage", 1);
+    window->setProperty("unsaved", false);
+    QObject* box = m_fixture.item(QStringLiteral("keyboardBox"));
+    QVERIFY(box);
+
+    QVERIFY(QMetaObject::invokeMethod(box, "chosen", Q_ARG(QString, QStringLiteral("Deutsch"))));
+
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("[core]\nshell=kiosk-shell.so\n\n[keyboard]\nkeymap_layout=de\n"));
+    QCOMPARE(box->property("currentText").toString(), QStringLiteral("Deutsch"));
+    QVERIFY(window->property("unsaved").toBool());
 }
 
 void TestSettingsScreens::languageSwitch_data()
@@ -279,6 +330,7 @@ void TestSettingsScreens::languageSwitch()
     QVERIFY(page && box);
     QTRY_VERIFY(page->isVisible());
     QVERIFY(box->property("model").toStringList().contains(language));
+    window->setProperty("unsaved", false);
 
     QVERIFY(QMetaObject::invokeMethod(box, "chosen", Q_ARG(QString, language)));
 
@@ -298,6 +350,7 @@ void TestSettingsScreens::languageSwitch()
     QCOMPARE(window->property("currentPage").toInt(), 1);
     QVERIFY(page->isVisible());
     QCOMPARE(box->property("currentText").toString(), language);
+    QVERIFY(window->property("unsaved").toBool());
 
     // Every navigation entry, this page's among them, is in the new language and fits.
     auto* list = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("pageList")));

@@ -44,6 +44,11 @@ Dialog {
         target: directories
         enabled: picker.visible
         function onCurrentPathChanged() { picker.refresh() }
+        // A medium pulled out while browsed: back to the internal storage.
+        function onRemovableStorageStateChanged(available) {
+            if (!available && picker.folderType === "external")
+                picker.browse("internal")
+        }
     }
     onAboutToShow: browse("internal")
 
