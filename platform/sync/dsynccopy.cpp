@@ -137,7 +137,8 @@ DSyncCopyResult dsyncCopyFile(int rootFd, const QString& rootPath, const DSyncCo
     if (!copyContent(source, target, request.size, abilities, buffer, copied))
         return discard(QStringLiteral("Cannot write the distant copy"), errno);
     // The copy keeps the local modification time (a failure here only costs a content check later).
-    const struct timespec times[2] = {{0, UTIME_OMIT},
+    // Access time "now" rather than left as it is: a share's helper would have to read it first.
+    const struct timespec times[2] = {{0, UTIME_NOW},
                                       {time_t(request.modified / 1000), long(request.modified % 1000) * 1000000}};
     ::futimens(target, times);
     struct stat written;
