@@ -16,6 +16,7 @@
 #include <QTimer>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <netdb.h>
 #include <poll.h>
@@ -94,9 +95,14 @@ void printObject(const QJsonObject& object, int indent)
 
 void printReport(const QJsonObject& report, bool json)
 {
-    if (json)
-        out() << QJsonDocument(report).toJson(QJsonDocument::Indented);
-    else
+    if (json) {
+        // The bytes as they are: through the text stream a large report would be decoded and
+        // encoded again.
+        out().flush();
+        const QByteArray text = QJsonDocument(report).toJson(QJsonDocument::Indented);
+        std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+        std::fflush(stdout);
+    } else
         printObject(report, 0);
 }
 
@@ -200,7 +206,7 @@ int cmdStatus(CommandContext& context)
             { "excluded_patterns", QJsonArray::fromStringList(config->syncExcludedPatterns()) } } },
         { "validators", config->getConfigParameter(QStringLiteral("validators")).toJsonObject() },
         { "plugins", plugins },
-        { "users", context.station.readDocument().value(QStringLiteral("users")).toArray().size() },
+        { "users", config->getConfigParameter(QStringLiteral("users")).toList().size() },
     };
     printReport(shown(context, report).toObject(), context.json);
     return 0;

@@ -164,11 +164,11 @@ DZuConfiguration* DZuConfiguration::getInstance()
 DZuConfiguration::InitialSyncSettings DZuConfiguration::readInitialSyncSettings(const QString& dir,
                                                                                 const QString& fileName)
 {
-    // Patterns first, then the interval: both are needed by the directory service, which is
-    // built before the document is loaded.
     InitialSyncSettings sync;
-    sync.excludedPatterns = readSyncExcludedPatterns(dir, fileName, defaultExcludedPatterns());
-    sync.intervalMs = readSyncIntervalMs(dir, fileName, C_defaultSyncIntervalMs);
+    sync.reading = SettingsDocument::read(dir + QLatin1Char('/') + fileName);
+    const QJsonObject document = sync.reading.state == SettingsDocument::CeLoaded ? sync.reading.object : QJsonObject();
+    sync.excludedPatterns = syncExcludedPatternsOf(document, defaultExcludedPatterns());
+    sync.intervalMs = syncIntervalMsOf(document, C_defaultSyncIntervalMs);
     return sync;
 }
 
@@ -202,7 +202,7 @@ DZuConfiguration::DZuConfiguration(const QString& configurationDirectoryPath, co
     , m_currentHourFormat(C_hourFormat24)
     , m_currentDateFormat(C_defaultDateFormat)
 {
-    m_mainConfig = getMainConfig(m_configurationFileName);
+    m_mainConfig = mainConfigFrom(sync.reading, true);
     m_settings = QSharedPointer<QJsonObject>(&m_mainConfig, [](QJsonObject*) {});
 
     setObjectName(QStringLiteral("ZuConfiguration"));
@@ -240,9 +240,13 @@ DZuConfiguration::~DZuConfiguration()
 
 QJsonObject DZuConfiguration::getMainConfig(const QString& fileName)
 {
-    const SettingsDocument::Reading reading =
-        SettingsDocument::read(m_configurationDirectoryPath + QLatin1Char('/') + fileName);
-    if (fileName == m_configurationFileName)
+    return mainConfigFrom(SettingsDocument::read(m_configurationDirectoryPath + QLatin1Char('/') + fileName),
+                          fileName == m_configurationFileName);
+}
+
+QJsonObject DZuConfiguration::mainConfigFrom(const SettingsDocument::Reading& reading, bool isMainDocument)
+{
+    if (isMainDocument)
         setDocumentReading(reading);
     if (reading.state != SettingsDocument::CeLoaded && reading.object.isEmpty()) {
         LogLine::critical(this, C_source, C_lineMainConfigUnavailable,
@@ -589,6 +593,11 @@ int DZuConfiguration::readSyncIntervalMs(const QString& dir, const QString& file
     QJsonObject document;
     if (!JsonTools::readFile(dir + QLatin1Char('/') + fileName, document))
         return defaultMs;
+    return syncIntervalMsOf(document, defaultMs);
+}
+
+int DZuConfiguration::syncIntervalMsOf(const QJsonObject& document, int defaultMs)
+{
     const QJsonObject sync = document.value(QStringLiteral("sync")).toObject();
     if (!sync.contains(QStringLiteral("interval_ms")))
         return defaultMs;
@@ -602,6 +611,11 @@ QStringList DZuConfiguration::readSyncExcludedPatterns(const QString& dir, const
     QJsonObject document;
     if (!JsonTools::readFile(dir + QLatin1Char('/') + fileName, document))
         return defaults;
+    return syncExcludedPatternsOf(document, defaults);
+}
+
+QStringList DZuConfiguration::syncExcludedPatternsOf(const QJsonObject& document, const QStringList& defaults)
+{
     const QJsonValue patterns = document.value(QStringLiteral("sync")).toObject().value(QStringLiteral("excluded_patterns"));
     if (!patterns.isArray())
         return defaults;

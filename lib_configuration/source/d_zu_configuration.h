@@ -144,7 +144,8 @@ public:
     // "PATH: REASON at line L, column C" for an unusable document, else empty.
     QString documentDescription() const;
     QString documentFilePath() const;
-    // SHA-256 (hex) of the bytes the last load read; lets a writer see that the file changed since.
+    // SHA-1 (hex) of the bytes the last load read; lets a writer see that the file changed since
+    // (change detection, not security: five times faster than SHA-256 on a large document).
     QByteArray loadedDocumentDigest() const { return m_loadedDocumentDigest; }
 
     // Sync settings read straight from the document file (before the document is loaded).
@@ -327,10 +328,16 @@ public slots:
     void sltUserNameChanged(const QString& userName);
 
 private:
+    // The document is read once; the sync settings taken from it are needed by the directory
+    // service, which is built before the document is loaded.
     struct InitialSyncSettings {
         QStringList excludedPatterns;
         int intervalMs;
+        SettingsDocument::Reading reading;
     };
+    static int syncIntervalMsOf(const QJsonObject& document, int defaultMs);
+    static QStringList syncExcludedPatternsOf(const QJsonObject& document, const QStringList& defaults);
+    QJsonObject mainConfigFrom(const SettingsDocument::Reading& reading, bool isMainDocument);
     static InitialSyncSettings readInitialSyncSettings(const QString& dir, const QString& fileName);
     DZuConfiguration(const QString& configurationDirectoryPath, const QString& configurationFileName,
                      const QString& removableStoragePath, AccessControlManager* accessControl,

@@ -219,7 +219,7 @@ QString SettingsDocument::describe(const Reading& reading, const QString& path)
 
 QByteArray SettingsDocument::digest(const QByteArray& bytes)
 {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
 }
 
 SettingsDocument::EnWriteResult SettingsDocument::writeInPlace(const QString& path, const QByteArray& bytes,

@@ -224,22 +224,51 @@ QStringList SettingsHistory::changedKeys(const QJsonObject& before, const QJsonO
     return keys;
 }
 
+namespace {
+bool isSecret(const QJsonValue& value, const QString& key)
+{
+    return key.contains(QLatin1String("password"), Qt::CaseInsensitive) && !value.isObject() && !value.isArray()
+        && !value.isUndefined() && !value.toString().isEmpty();
+}
+
+// A read-only look first: only containers that hold a secret are rebuilt (replacing elements
+// of a large array one by one would copy the array each time).
+bool holdsSecret(const QJsonValue& value, const QString& key)
+{
+    if (isSecret(value, key))
+        return true;
+    if (value.isObject()) {
+        const QJsonObject object = value.toObject();
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
+            if (holdsSecret(it.value(), it.key()))
+                return true;
+    } else if (value.isArray()) {
+        const QJsonArray array = value.toArray();
+        for (const QJsonValue& element : array)
+            if (holdsSecret(element, key))
+                return true;
+    }
+    return false;
+}
+}
+
 QJsonValue SettingsHistory::maskSecrets(const QJsonValue& value, const QString& key)
 {
-    if (key.contains(QLatin1String("password"), Qt::CaseInsensitive) && !value.isObject() && !value.isArray()
-        && !value.isUndefined() && !value.toString().isEmpty())
+    if (isSecret(value, key))
         return C_masked;
+    if (!holdsSecret(value, key))
+        return value;
     if (value.isObject()) {
-        QJsonObject object = value.toObject();
-        for (auto it = object.begin(); it != object.end(); ++it)
-            it.value() = maskSecrets(it.value(), it.key());
-        return object;
+        const QJsonObject object = value.toObject();
+        QVariantHash masked;
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
+            masked.insert(it.key(), maskSecrets(it.value(), it.key()).toVariant());
+        return QJsonObject::fromVariantHash(masked);
     }
-    if (value.isArray()) {
-        QJsonArray array = value.toArray();
-        for (int i = 0; i < array.size(); ++i)
-            array[i] = maskSecrets(array.at(i), key);
-        return array;
-    }
-    return value;
+    const QJsonArray array = value.toArray();
+    QVariantList masked;
+    masked.reserve(array.size());
+    for (const QJsonValue& element : array)
+        masked.append(maskSecrets(element, key).toVariant());
+    return QJsonArray::fromVariantList(masked);
 }
