@@ -9,9 +9,11 @@
 
 namespace {
 const char* const C_sourceFile = "platform/sync/dsyncdatabase";
-// Writes grouped in one transaction; a crash loses at most this many records (the files are
-// then compared by content on the next pass, nothing is lost).
-const int C_writesPerTransaction = 500;
+// Writes grouped in one transaction, committed once a second (or every C_writesPerTransaction):
+// each commit waits for the disk, and a crash loses at most the records of the last second
+// (the files are then compared by content on the next pass, nothing is lost).
+const int C_writesPerTransaction = 20000;
+const qint64 C_transactionMs = 1000;
 }
 
 DSyncDatabase::DSyncDatabase(const QString& connectionName)
@@ -101,6 +103,7 @@ bool DSyncDatabase::begin()
         return true;
     m_inTransaction = QSqlDatabase::database(m_connectionName, false).transaction();
     m_pendingWrites = 0;
+    m_transactionClock.start();
     return m_inTransaction;
 }
 
@@ -178,7 +181,7 @@ bool DSyncDatabase::store(const QString& alias, const QString& relativePath, con
                           relativePath + QStringLiteral(": ") + m_lastError);
         return false;
     }
-    if (++m_pendingWrites >= C_writesPerTransaction)
+    if (++m_pendingWrites >= C_writesPerTransaction || m_transactionClock.elapsed() >= C_transactionMs)
         return commit();
     return true;
 }

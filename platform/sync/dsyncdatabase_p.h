@@ -1,5 +1,6 @@
 #pragma once
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QString>
 #include <QVector>
 
@@ -41,7 +42,7 @@ public:
     QVector<PathRecord> recordsAfter(const QString& alias, const QString& distantRoot, const QByteArray& after,
                                      int limit);
     bool store(const QString& alias, const QString& relativePath, const Record& record);
-    // Groups writes: one transaction per batch instead of one per file.
+    // Groups writes: one transaction per second of work instead of one per file.
     bool commit();
 
     // Whether the distant side of an alias may hold temporaries of a pass that did not end.
@@ -60,4 +61,5 @@ private:
     QString m_lastError;
     bool m_inTransaction = false;
     int m_pendingWrites = 0;
+    QElapsedTimer m_transactionClock;
 };
