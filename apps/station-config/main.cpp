@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "station.h"
 #include "toollog.h"
+#include "utilities/installpaths.h"
 
 namespace {
 // What a command does with the settings document: commands that read or write it refuse an
@@ -121,8 +122,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("station-config"));
 
     QTranslator catalogue;
-    if (catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_BUILD_CATALOGUE_DIR))
-        || catalogue.load(QStringLiteral("station_en"), QStringLiteral(STATION_INSTALLED_CATALOGUE_DIR)))
+    if (catalogue.load(QStringLiteral("station_en"), InstallPaths::catalogueDirectory()))
         QCoreApplication::installTranslator(&catalogue);
 
     QList<CommandSpec> specs;

@@ -9,6 +9,7 @@
 #include "access/accesscontrolmanager.h"
 #include "d_zu_configuration.h"
 #include "settingsdocument.h"
+#include "utilities/installpaths.h"
 #include "utilities/jsontools.h"
 #include "utilities/preconfiguration.h"
 
@@ -17,11 +18,8 @@ const char C_preconfigurationFile[] = "preconfiguration.json";
 
 QString demoSource()
 {
-    for (const QString& candidate : { QStringLiteral(STATION_DEMO_SOURCE_DIR), QStringLiteral(STATION_DEMO_INSTALLED_DIR) }) {
-        if (QFileInfo::exists(candidate + QLatin1Char('/') + QLatin1String(C_preconfigurationFile)))
-            return candidate;
-    }
-    return QString();
+    const QString candidate = InstallPaths::demoStationDirectory();
+    return QFileInfo::exists(candidate + QLatin1Char('/') + QLatin1String(C_preconfigurationFile)) ? candidate : QString();
 }
 }
 
@@ -171,22 +169,19 @@ Station::EnSaveResult Station::save(const QString& reason, QString& error,
         return CeConflict;
     }
 
-    QJsonObject root = onDisk.object;
+    QJsonObject next = onDisk.object;
     if (adjust)
-        adjust(root);
-    QJsonObject next = root;
+        adjust(next);
     m_configuration->completeDocument(next);
-    if (!history().record(onDisk.bytes, next, reason, &error)) {
+    if (!history().record(onDisk.bytes, onDisk.object, next, reason, &error)) {
         error += QStringLiteral("; nothing was changed");
         return CeHistoryFailed;
     }
-    if (!m_configuration->saveSettings(root)) {
+    if (!m_configuration->saveCompletedSettings(next)) {
         error = QStringLiteral("cannot write %1: %2").arg(path, m_configuration->lastSaveError());
         return CeWriteFailed;
     }
-    // What was just written, hashed without parsing it again.
-    QFile written(path);
-    m_knownDigest = written.open(QIODevice::ReadOnly) ? SettingsDocument::digest(written.readAll()) : QByteArray();
+    m_knownDigest = m_configuration->loadedDocumentDigest();
     return CeSaved;
 }
 

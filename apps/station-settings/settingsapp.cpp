@@ -12,6 +12,7 @@
 #include "d_zu_configuration.h"
 #include "settingsdocument.h"
 #include "station.h"
+#include "utilities/installpaths.h"
 #include "utilities/languagesmanagement.h"
 #include "utilities/logline.h"
 
@@ -227,8 +228,7 @@ QString SettingsApp::damageOf(const QByteArray& bytes)
 bool SettingsApp::installCatalogue(QCoreApplication& application)
 {
     auto* catalogue = new QTranslator(&application);
-    if (catalogue->load(QStringLiteral("station_en"), QStringLiteral(STATION_BUILD_CATALOGUE_DIR))
-        || catalogue->load(QStringLiteral("station_en"), QStringLiteral(STATION_INSTALLED_CATALOGUE_DIR))) {
+    if (catalogue->load(QStringLiteral("station_en"), InstallPaths::catalogueDirectory())) {
         // The other languages' catalogues are beside it.
         LanguagesManagement::instance()->setCatalogueDirectory(QFileInfo(catalogue->filePath()).absolutePath());
         return QCoreApplication::installTranslator(catalogue);

@@ -1,4 +1,5 @@
 #pragma once
+#include "access/station_access_export.h"
 #include <QDate>
 #include <QJsonObject>
 #include <QList>
@@ -8,7 +9,7 @@
 
 // Station users and the logged-in user. Users live in the "users" array of the settings
 // document: objects with "name", "level" and "expiry" (a date text made by the callbacks).
-class AccessControlManager : public QObject
+class STATION_ACCESS_EXPORT AccessControlManager : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QString userName READ userName NOTIFY userNameChanged)

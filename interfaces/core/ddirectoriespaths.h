@@ -1,10 +1,11 @@
 #pragma once
+#include "core/station_core_export.h"
 #include <QHash>
 #include <QObject>
 #include <QString>
 
 // Resolved directory of each role, per path type, shared with the rest of the application.
-class DDirectoriesPaths : public QObject
+class STATION_CORE_EXPORT DDirectoriesPaths : public QObject
 {
     Q_OBJECT
 public:

@@ -1,4 +1,5 @@
 #pragma once
+#include "sync/station_sync_export.h"
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -48,7 +49,7 @@
 // - Each file is read with one stat on a pass where it did not change (none on the distant
 //   side), and the records are streamed from the database in the walk's order, not loaded.
 // - Destruction stops the pass after the file being copied and waits for it.
-class DSyncManager : public QObject
+class STATION_SYNC_EXPORT DSyncManager : public QObject
 {
     Q_OBJECT
 public:

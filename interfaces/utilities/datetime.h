@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -6,7 +7,7 @@
 // Clock display object for QML ("dateTime"): current date and time texts, refreshed each
 // second while something is connected to their change signal. Texts are the UTC time shifted by
 // the offset (-12 to 14 hours; others are refused): "dd/MM/yyyy", "HH:mm:ss" or "hh:mm:ss AP".
-class DateTime : public QObject
+class STATION_UTILITIES_EXPORT DateTime : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(bool is24hFormat READ is24hFormat WRITE set24hFormat NOTIFY formatChanged)

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QObject>
 #include <QString>
 
@@ -6,7 +7,7 @@ class QTimer;
 
 // Follows the kernel's mount table for a file system mounted at or below a directory.
 // setMountDir() takes the current state without a signal; later changes emit mountStateChanged.
-class DMountedDirectoryWatcher : public QObject
+class STATION_UTILITIES_EXPORT DMountedDirectoryWatcher : public QObject
 {
     Q_OBJECT
 public:

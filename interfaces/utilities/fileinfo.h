@@ -1,11 +1,12 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QDateTime>
 #include <QFileInfo>
 #include <QObject>
 #include <QSharedPointer>
 
 // One file-system entry, as a QML row.
-class FileInfo : public QObject
+class STATION_UTILITIES_EXPORT FileInfo : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QString name READ name CONSTANT)

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QObject>
 #include <QPointer>
 #include <QQmlContext>
@@ -8,7 +9,7 @@ class QQmlEngine;
 
 // Wraps the application's QML engine; null until an application creates one (the last one
 // created is the instance).
-class GuiEngine : public QObject
+class STATION_UTILITIES_EXPORT GuiEngine : public QObject
 {
     Q_OBJECT
 public:

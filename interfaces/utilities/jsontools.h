@@ -1,11 +1,12 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QSharedPointer>
 #include <QString>
 
 // JSON helpers; nested keys are addressed by dot-separated paths ("system.utcOffset").
-class JsonTools
+class STATION_UTILITIES_EXPORT JsonTools
 {
 public:
     // False when the file cannot be read or does not hold a JSON object.

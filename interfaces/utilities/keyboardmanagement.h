@@ -1,11 +1,12 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QObject>
 #include <QPair>
 #include <QStringList>
 #include <QVector>
 
 // On-screen keyboard layouts: a table of (display name, code), "English (UK)"/"gb", ...
-class KeyboardManagement : public QObject
+class STATION_UTILITIES_EXPORT KeyboardManagement : public QObject
 {
     Q_OBJECT
 public:

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QMap>
 #include <QObject>
 #include <QStringList>
@@ -8,7 +9,7 @@ class QTranslator;
 // Languages of the user interface: a table of display name to code ("English"/"en_GB",
 // "Français"/"fr_FR", ...). Choosing a language installs its translation catalogue when one
 // exists in the catalogue directory.
-class LanguagesManagement : public QObject
+class STATION_UTILITIES_EXPORT LanguagesManagement : public QObject
 {
     Q_OBJECT
 public:

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QList>
 #include <QString>
 
@@ -16,15 +17,15 @@ struct Entry
 const char* const C_mountInfoPath = "/proc/self/mountinfo";
 
 // Entries of the table, in mount order; empty when it cannot be read.
-QList<Entry> entries();
+STATION_UTILITIES_EXPORT QList<Entry> entries();
 // Entries of one mountinfo text (for a given table).
-QList<Entry> parse(const QByteArray& mountInfo);
+STATION_UTILITIES_EXPORT QList<Entry> parse(const QByteArray& mountInfo);
 // The entry mounted exactly at `path` that was mounted last, or a null-path entry.
-Entry entryAt(const QString& path);
+STATION_UTILITIES_EXPORT Entry entryAt(const QString& path);
 // True when a file system is mounted at `directory` or anywhere below it.
-bool hasMountAtOrBelow(const QString& directory);
+STATION_UTILITIES_EXPORT bool hasMountAtOrBelow(const QString& directory);
 // `path` with symbolic links of its parent resolved, without touching `path` itself (a dead
 // network mount point cannot be stat()ed).
-QString normalizedPath(const QString& path);
+STATION_UTILITIES_EXPORT QString normalizedPath(const QString& path);
 
 } // namespace MountTable

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QAbstractListModel>
 #include <QList>
 #include <QObject>
@@ -10,7 +11,7 @@
 // The model and every object it holds stay owned by C++ whichever way QML reaches them
 // (get(), a row's role, a property): QML's garbage collection never deletes them, since
 // the shared pointers that hold them do.
-class ObjectListModelBase : public QAbstractListModel
+class STATION_UTILITIES_EXPORT ObjectListModelBase : public QAbstractListModel
 {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY changed)

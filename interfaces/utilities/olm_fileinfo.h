@@ -1,8 +1,9 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include "utilities/fileinfo.h"
 #include "utilities/objectlistmodel.h"
 
-class OLM_FileInfo : public ObjectListModel<FileInfo>
+class STATION_UTILITIES_EXPORT OLM_FileInfo : public ObjectListModel<FileInfo>
 {
     Q_OBJECT
 public:

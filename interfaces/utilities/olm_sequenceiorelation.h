@@ -1,8 +1,9 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include "utilities/objectlistmodel.h"
 #include "utilities/sequenceiorelation.h"
 
-class OLM_SequenceIoRelation : public ObjectListModel<SequenceIoRelation>
+class STATION_UTILITIES_EXPORT OLM_SequenceIoRelation : public ObjectListModel<SequenceIoRelation>
 {
     Q_OBJECT
 public:

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QString>
 #include <QVariant>
 
@@ -7,7 +8,7 @@
 // directory of that file when loaded: a string parameter whose name ends in "Path" or "Folder"
 // (such as "configDirPath", "systemUpdateFolder") and whose value is a relative path becomes
 // absolute.
-class PreConfiguration
+class STATION_UTILITIES_EXPORT PreConfiguration
 {
 public:
     // Replaces the table; false (and the table left as it was) when the file is missing or

@@ -1,10 +1,11 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
 
 // Binds a binary input code to the base name of the sequence it launches.
-class SequenceIoRelation : public QObject
+class STATION_UTILITIES_EXPORT SequenceIoRelation : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(int binaryCode READ binaryCode WRITE setBinaryCode NOTIFY changed)

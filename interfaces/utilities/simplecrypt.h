@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QString>
 #include <QtGlobal>
 
@@ -6,7 +7,7 @@
 // them. Stored form: the SimpleCrypt version-3 format (Base64 of version byte 3, flags byte,
 // then the XOR-chained payload of a random byte, an optional checksum and optionally
 // qCompress-ed UTF-8 text). An empty text encrypts to an empty text.
-class SimpleCrypt
+class STATION_UTILITIES_EXPORT SimpleCrypt
 {
 public:
     // Longest text a stored form may decompress to (in UTF-8 bytes); a longer one is refused.

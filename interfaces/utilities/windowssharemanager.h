@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -18,7 +19,7 @@ class QTcpSocket;
 // line, in the environment or in a log line. The manager creates the mount point directory
 // when it mounts; a failed attempt and the destructor remove it again when it is empty,
 // umountWindowsShare() keeps it (the folder may rename it before mounting again).
-class WindowsShareManager : public QObject
+class STATION_UTILITIES_EXPORT WindowsShareManager : public QObject
 {
     Q_OBJECT
 public:

@@ -1,4 +1,5 @@
 #pragma once
+#include "utilities/station_utilities_export.h"
 #include <QByteArray>
 #include <QList>
 #include <QPair>
@@ -24,11 +25,11 @@ struct Limits
 // Returns the relative paths of the extracted files (directories are not listed), empty when
 // the archive could not be opened, held nothing or broke a limit. `password` is unused
 // (encrypted archives are not supported).
-QList<QByteArray> Unzip(const QByteArray& zipFile, const QByteArray& destDir, const QByteArray& password,
+STATION_UTILITIES_EXPORT QList<QByteArray> Unzip(const QByteArray& zipFile, const QByteArray& destDir, const QByteArray& password,
                         const Limits& limits = Limits());
 
 // Writes a new archive at zipFile (UTF-8 path, replaced when present) holding `files`, relative
 // path -> content, compressed. False, with the reason in `error`, when it cannot be written
 // completely; a partly written archive is then removed.
-bool Write(const QByteArray& zipFile, const QList<QPair<QByteArray, QByteArray>>& files, QString* error = nullptr);
+STATION_UTILITIES_EXPORT bool Write(const QByteArray& zipFile, const QList<QPair<QByteArray, QByteArray>>& files, QString* error = nullptr);
 }

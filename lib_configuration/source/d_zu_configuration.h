@@ -1,4 +1,5 @@
 #pragma once
+#include "station_configuration_export.h"
 #include <QDate>
 #include <QDateTime>
 #include <QJsonObject>
@@ -37,7 +38,7 @@ class DSyncManager;
 //   either fails; the file is made private to its owner (a stricter mode is kept).
 // - History, locking and the refusal to write over an unusable document are the callers'
 //   (SettingsHistory, SettingsLock); the library takes no lock itself.
-class DZuConfiguration : public QObject
+class STATION_CONFIGURATION_EXPORT DZuConfiguration : public QObject
 {
     Q_OBJECT
 
@@ -131,6 +132,8 @@ public:
     // in place; when the write or its flush fails the previous bytes are written back, false
     // is returned and lastSaveError() tells why.
     bool saveSettings(QJsonObject& root);
+    // Writes `root` as it is, completed by completeDocument already; saveSettings otherwise.
+    bool saveCompletedSettings(const QJsonObject& root);
     // The sections saveSettings writes, put into `root` without writing the file.
     void completeDocument(QJsonObject& root);
     QString lastSaveError() const { return m_lastSaveError; }
@@ -144,7 +147,7 @@ public:
     // "PATH: REASON at line L, column C" for an unusable document, else empty.
     QString documentDescription() const;
     QString documentFilePath() const;
-    // SHA-1 (hex) of the bytes the last load read; lets a writer see that the file changed since
+    // SHA-1 (hex) of the bytes the last load read or the last save wrote; lets a writer see that the file changed since
     // (change detection, not security: five times faster than SHA-256 on a large document).
     QByteArray loadedDocumentDigest() const { return m_loadedDocumentDigest; }
 

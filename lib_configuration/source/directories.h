@@ -1,4 +1,5 @@
 #pragma once
+#include "station_configuration_export.h"
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
@@ -25,7 +26,7 @@ class DMountedDirectoryWatcher;
 // The station's registry of storage folders: built-in and operator folders, role paths,
 // share test, path translation, browsing, storage size, errors and sync control.
 // Its implementation is split by concern over directories*.cpp.
-class Directories : public QObject
+class STATION_CONFIGURATION_EXPORT Directories : public QObject
 {
     Q_OBJECT
 

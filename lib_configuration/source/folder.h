@@ -1,4 +1,5 @@
 #pragma once
+#include "station_configuration_export.h"
 #include <QJsonObject>
 #include <QList>
 #include <QMap>
@@ -16,7 +17,7 @@
 
 // One storage folder of the station (an alias): internal directory, removable drive or
 // network share. Always held through a QSharedPointer.
-class Folder : public QObject
+class STATION_CONFIGURATION_EXPORT Folder : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("QML.Element", "auto")

@@ -1,11 +1,14 @@
 #pragma once
+#include "station_configuration_export.h"
+
 #include <QList>
 #include <QString>
 
 // The file systems mounted on this machine, as the kernel lists them in
 // /proc/self/mountinfo. On Linux it stands in for the drive mappings of "net use": a
 // mounted network share plays the part of a mapped drive, its mount point the drive.
-class MountTableReader
+// Not installed; exported for the tests, which read their own tables through the seam below.
+class STATION_CONFIGURATION_EXPORT MountTableReader
 {
 public:
     struct Entry

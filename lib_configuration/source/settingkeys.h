@@ -1,4 +1,5 @@
 #pragma once
+#include "station_configuration_export.h"
 #include <QJsonValue>
 #include <QList>
 #include <QMap>
@@ -9,7 +10,7 @@ class DZuConfiguration;
 
 // One key of the settings document that a tool may change, with what the configuration
 // service accepts for it.
-struct SettingKey
+struct STATION_CONFIGURATION_EXPORT SettingKey
 {
     enum EnType { CeBoolean, CeInteger, CeText, CeChoice, CeTextList, CeRegularExpression };
 
@@ -31,20 +32,20 @@ struct SettingKey
 namespace SettingKeys {
 // Every settable key, from the service's own lists (languages, keyboard layouts, regions and
 // the cities of the current region, hour and date formats, units) and its limits.
-QList<SettingKey> describe(DZuConfiguration* config);
+STATION_CONFIGURATION_EXPORT QList<SettingKey> describe(DZuConfiguration* config);
 // The key named `key`, or nullptr.
-const SettingKey* find(const QList<SettingKey>& keys, const QString& key);
+STATION_CONFIGURATION_EXPORT const SettingKey* find(const QList<SettingKey>& keys, const QString& key);
 
 // Units offered for each kind of measure.
-QStringList torqueUnits();
-QStringList weightUnits();
-QStringList distanceUnits();
-QStringList temperatureUnits();
+STATION_CONFIGURATION_EXPORT QStringList torqueUnits();
+STATION_CONFIGURATION_EXPORT QStringList weightUnits();
+STATION_CONFIGURATION_EXPORT QStringList distanceUnits();
+STATION_CONFIGURATION_EXPORT QStringList temperatureUnits();
 // Limits the service applies: it stores a volume above 100 or below 0 as 100, and ignores
 // a sync interval outside these bounds when it loads the document.
 constexpr int C_soundVolumeMaximum = 100;
 constexpr int C_syncIntervalMinimumMs = 1000;
 constexpr int C_syncIntervalMaximumMs = 600000;
 // Cities of a region of the time-zone table (empty for an unknown region).
-QStringList citiesOf(DZuConfiguration* config, const QString& region);
+STATION_CONFIGURATION_EXPORT QStringList citiesOf(DZuConfiguration* config, const QString& region);
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "station_configuration_export.h"
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -14,7 +15,7 @@
 // - The in-place write keeps the file and its inode, serialises before truncating, checks the
 //   write and the flush, and on failure writes the previous bytes back.
 // - Documents are private to their owner: group and other permission bits are dropped.
-class SettingsDocument
+class STATION_CONFIGURATION_EXPORT SettingsDocument
 {
 public:
     enum EnState {
@@ -62,7 +63,7 @@ public:
 
 // Advisory lock on "<document>.lock", held from lock() until unlock() or destruction; a
 // process killed while holding it releases it. The library itself takes none.
-class SettingsLock
+class STATION_CONFIGURATION_EXPORT SettingsLock
 {
 public:
     explicit SettingsLock(const QString& documentPath);

@@ -1,4 +1,5 @@
 #pragma once
+#include "station_configuration_export.h"
 #include <QByteArray>
 #include <QDateTime>
 #include <QJsonObject>
@@ -14,7 +15,7 @@
 // Each version is two files named by a rising sequence number: "<n>.json" (the document's
 // bytes exactly) and "<n>.meta" (time, size, changed keys, reason). A version whose .meta is
 // missing (a crash between the two writes) is still listed and can be restored.
-class SettingsHistory
+class STATION_CONFIGURATION_EXPORT SettingsHistory
 {
 public:
     static constexpr int C_keptVersions = 50;
@@ -44,6 +45,9 @@ public:
     // kept at all. False, with the reason, when the version cannot be written.
     bool record(const QByteArray& document, const QJsonObject& next, const QString& reason,
                 QString* error = nullptr);
+    // The same, for a caller that has parsed `document` already (`previous`).
+    bool record(const QByteArray& document, const QJsonObject& previous, const QJsonObject& next,
+                const QString& reason, QString* error = nullptr);
     // Newest first.
     QVector<Version> versions() const;
     bool read(int number, QByteArray& bytes, QString* error = nullptr) const;

@@ -1,4 +1,5 @@
 #include "utilities/languagesmanagement.h"
+#include "utilities/installpaths.h"
 #include "utilities/logline.h"
 
 #include <QCoreApplication>
@@ -72,7 +73,7 @@ QString LanguagesManagement::catalogueDirectory() const
 {
     if (!m_catalogueDirectory.isEmpty())
         return m_catalogueDirectory;
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../share/station/translations");
+    return InstallPaths::catalogueDirectory();
 }
 
 void LanguagesManagement::installCatalogue()

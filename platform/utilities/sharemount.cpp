@@ -1,4 +1,5 @@
 #include "windowssharemanager_p.h"
+#include "utilities/installpaths.h"
 #include "utilities/preconfiguration.h"
 
 #include <QCoreApplication>
@@ -183,12 +184,7 @@ QString fuseHelperProgram()
         candidates << appDir + QLatin1Char('/') + QLatin1String(C_helperName)
                    << QDir::cleanPath(appDir + QStringLiteral("/../libexec/") + QLatin1String(C_helperName));
     }
-#ifdef STATION_SMBMOUNT_HELPER
-    candidates << QStringLiteral(STATION_SMBMOUNT_HELPER);
-#endif
-#ifdef STATION_SMBMOUNT_INSTALLED
-    candidates << QStringLiteral(STATION_SMBMOUNT_INSTALLED);
-#endif
+    candidates << InstallPaths::mountHelper();
     for (const QString& candidate : qAsConst(candidates)) {
         if (isExecutable(candidate))
             return candidate;
