@@ -13,6 +13,7 @@ packages=(
     tzdata rsync zip
     ansible-core
     clang libclang-rt-14-dev
+    mingw-w64-x86-64-dev g++-mingw-w64-x86-64-posix
 )
 
 missing=()

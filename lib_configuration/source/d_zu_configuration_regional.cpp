@@ -12,9 +12,13 @@
 
 #include <cerrno>
 #include <cstring>
+#ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#else
+#include <QSaveFile>
+#endif
 
 namespace {
 const char C_source[] = "lib_configuration/source/d_zu_configuration";
@@ -38,6 +42,7 @@ QString& compositorFilePath()
     return path;
 }
 
+#ifdef Q_OS_UNIX
 // Replaces the file at `path` (a symbolic link's target) by `bytes` so that a crash leaves
 // either the old or the new file: a temporary file beside it with the old mode and owner,
 // flushed to disk, renamed over it. The old file is untouched on failure.
@@ -82,6 +87,26 @@ bool replaceFile(const QString& path, const QByteArray& bytes, QString* error)
     }
     return true;
 }
+#else
+// Replaces the file at `path` (a symbolic link's target) by `bytes` through QSaveFile (a
+// temporary file renamed over it), keeping its permissions.
+bool replaceFile(const QString& path, const QByteArray& bytes, QString* error)
+{
+    const QString target = QFileInfo(path).canonicalFilePath();
+    if (target.isEmpty()) {
+        *error = QStringLiteral("%1 does not exist").arg(path);
+        return false;
+    }
+    const QFile::Permissions permissions = QFile::permissions(target);
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        *error = file.errorString();
+        return false;
+    }
+    QFile::setPermissions(target, permissions);
+    return true;
+}
+#endif
 }
 
 const QMap<QString, QString> DZuConfiguration::c_dateFormats{

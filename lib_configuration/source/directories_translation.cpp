@@ -16,9 +16,9 @@
 #include <windows.h>
 #else
 #include "mounttablereader.h"
+#endif
 
 using namespace DirectoriesLiterals;
-#endif
 
 namespace {
 

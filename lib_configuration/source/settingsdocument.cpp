@@ -19,7 +19,9 @@
 #endif
 
 namespace {
+#ifdef Q_OS_UNIX
 constexpr int C_lockPollMs = 20;
+#endif
 
 // Offset of the first byte that is not part of well-formed UTF-8, or -1.
 qsizetype firstInvalidUtf8(const QByteArray& bytes)
@@ -75,14 +77,12 @@ void lineAndColumn(const QByteArray& bytes, qsizetype offset, int& line, int& co
     column = int(offset - lineStart) + 1;
 }
 
+#ifdef Q_OS_UNIX
 QString systemError()
 {
-#ifdef Q_OS_UNIX
     return QString::fromLocal8Bit(std::strerror(errno));
-#else
-    return QString();
-#endif
 }
+#endif
 
 QString asideName(const QString& path)
 {
