@@ -14,6 +14,7 @@ packages=(
     ansible-core
     clang libclang-rt-14-dev
     mingw-w64-x86-64-dev g++-mingw-w64-x86-64-posix
+    qtdeclarative5-dev-tools qml-module-qtqml
 )
 
 missing=()
