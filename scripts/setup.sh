@@ -15,6 +15,7 @@ packages=(
     clang libclang-rt-14-dev
     mingw-w64-x86-64-dev g++-mingw-w64-x86-64-posix
     qtdeclarative5-dev-tools qml-module-qtqml
+    dpkg-dev file
 )
 
 missing=()
