@@ -458,12 +458,18 @@ void DZuConfiguration::sltUserNameChanged(const QString& userName)
 bool DZuConfiguration::saveSettings(QJsonObject& root)
 {
     completeDocument(root);
+    return saveCompletedSettings(root);
+}
+
+bool DZuConfiguration::saveCompletedSettings(const QJsonObject& root)
+{
     // Serialised before the file is touched; a failed write puts the previous bytes back.
     const QByteArray text = QJsonDocument(root).toJson(QJsonDocument::Indented);
     QString error;
     switch (SettingsDocument::writeInPlace(documentFilePath(), text, &error)) {
     case SettingsDocument::CeWritten:
         m_lastSaveError.clear();
+        m_loadedDocumentDigest = SettingsDocument::digest(text);
         return true;
     case SettingsDocument::CeCannotOpen:
         m_lastSaveError = error;

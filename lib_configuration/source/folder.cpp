@@ -71,7 +71,6 @@ Folder::Folder()
     m_availabilityTimer.setSingleShot(true);
     m_availabilityTimer.setInterval(m_pollingInterval);
     connect(&m_availabilityTimer, &QTimer::timeout, this, &Folder::updateAvailability);
-    buildModels();
 }
 
 Folder::Folder(const QString& type, const QString& id, int pollingInterval)
@@ -366,6 +365,7 @@ QString Folder::storageEscape(const QString& type, const QString& aliasName, con
 
 QVariantList Folder::availableRolesModel(const QString& aliasId, const QString& currentRole, bool isUpdatable)
 {
+    buildModels();
     if (isUpdatable)
         return m_rolesModel;
     // An id without a row reads as row 0, the "undefined" row.
@@ -525,8 +525,10 @@ void Folder::sltPermanentMountFailure(QString reason)
         true);
 }
 
-void Folder::buildModels()
+void Folder::buildModels() const
 {
+    if (!m_rolesModel.isEmpty())
+        return;
     for (int i = 0; i < c_folderTypes.size(); ++i) {
         QVariantMap row = c_folderTypes.at(i);
         row.insert(C_keyName, typeName(EnFolderType(row.value(C_keyValue).toInt())));

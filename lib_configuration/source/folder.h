@@ -159,8 +159,8 @@ public:
     bool isEnabled() const { return m_enabled; }
     bool isAvailable() const;
     bool canDelete() const;
-    QVariantList typesModel() const { return m_typesModel; }
-    QVariantList rolesModel() const { return m_rolesModel; }
+    QVariantList typesModel() const { buildModels(); return m_typesModel; }
+    QVariantList rolesModel() const { buildModels(); return m_rolesModel; }
 
     // Directory of the folder on this machine (the mount point for a network share); empty
     // when it would lie outside the type's storage root (a share must lie strictly below it).
@@ -193,7 +193,7 @@ private slots:
     void sltPermanentMountFailure(QString reason);
 
 private:
-    void buildModels();
+    void buildModels() const;
     // Unmounts and releases the share manager at once, then republishes availability.
     void dropShareManager();
 
@@ -207,10 +207,11 @@ private:
     QString m_password;
     // Cipher text of the password as last read or written.
     mutable QString m_passwordCipher;
-    QVariantList m_typesModel;
-    QMap<QString, int> m_typeIndexById;
-    QVariantList m_rolesModel;
-    QMap<QString, int> m_roleIndexById;
+    // Built on first use: a station loads many folders that no screen ever edits.
+    mutable QVariantList m_typesModel;
+    mutable QMap<QString, int> m_typeIndexById;
+    mutable QVariantList m_rolesModel;
+    mutable QMap<QString, int> m_roleIndexById;
     SimpleCrypt m_crypt;
     QPointer<WindowsShareManager> m_shareManager;
     QTimer m_availabilityTimer;
