@@ -4,10 +4,15 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+#include <QRegularExpression>
+#include <QtTest>
 
 struct ToolRun {
     int code = -1; // -1 when the program crashed or timed out
@@ -66,4 +71,49 @@ inline bool copyTree(const QString& source, const QString& target, bool keepTime
         }
     }
     return true;
+}
+
+// A JSON file's top-level object; empty when it cannot be read.
+inline QJsonObject readJson(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+// The value at a dotted path ("a.b.0.c"); a number steps into an array.
+inline QJsonValue valueAt(const QJsonObject& root, const QString& path)
+{
+    QJsonValue value = root;
+    for (const QString& part : path.split(QLatin1Char('.'))) {
+        bool index = false;
+        const int position = part.toInt(&index);
+        value = index && value.isArray() ? value.toArray().at(position) : value.toObject().value(part);
+    }
+    return value;
+}
+
+// "key=JSON;key=JSON" as a list of pairs, "key=" for an absent key (a JSON value may hold no ';').
+inline QList<QPair<QString, QJsonValue>> assignments(const QString& text)
+{
+    QList<QPair<QString, QJsonValue>> result;
+    for (const QString& item : text.split(';', Qt::SkipEmptyParts)) {
+        const QString value = item.section('=', 1);
+        result.append({ item.section('=', 0, 0),
+                        value.isEmpty() ? QJsonValue(QJsonValue::Undefined)
+                                        : QJsonDocument::fromJson("[" + value.toUtf8() + "]").array().first() });
+    }
+    return result;
+}
+
+// `text` matches the regular expression `pattern` (dot matches newlines); an empty pattern wants no text.
+inline void verifyMatches(const QString& text, const QString& pattern, const char* stream)
+{
+    if (pattern.isEmpty()) {
+        QVERIFY2(text.isEmpty(), qPrintable(QStringLiteral("%1 should be empty: %2").arg(QLatin1String(stream), text)));
+        return;
+    }
+    const QRegularExpression expression(pattern, QRegularExpression::DotMatchesEverythingOption);
+    QVERIFY2(expression.isValid(), qPrintable(pattern));
+    QVERIFY2(expression.match(text).hasMatch(),
+             qPrintable(QStringLiteral("%1 does not match /%2/:\n%3").arg(QLatin1String(stream), pattern, text)));
 }

@@ -32,12 +32,6 @@ inline Run run(const QString& station, const QString& stateDir, const QStringLis
     return result;
 }
 
-inline QJsonObject readJson(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-}
-
 // Rewrites a JSON file in place (its mode is kept).
 inline bool writeJson(const QString& path, const QJsonObject& object)
 {

@@ -1,30 +1,12 @@
 // Settings across the stations of a plant, through the built tool: export-update (with
 // apply-update on another station) and compare.
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QtTest>
 
 #include "stationtool.h"
 #include "utilities/zip.h"
 
 namespace {
 const QString C_tool = QStringLiteral(STATION_CONFIG_BINARY);
-
-QJsonValue valueAt(const QJsonObject& root, const QString& path)
-{
-    QJsonValue value = root;
-    for (const QString& part : path.split('.')) {
-        bool index = false;
-        const int position = part.toInt(&index);
-        value = index && value.isArray() ? value.toArray().at(position) : value.toObject().value(part);
-    }
-    return value;
-}
 
 void setAt(QJsonObject& root, const QStringList& path, const QJsonValue& value)
 {
@@ -35,29 +17,6 @@ void setAt(QJsonObject& root, const QStringList& path, const QJsonValue& value)
     QJsonObject child = root.value(path.first()).toObject();
     setAt(child, path.mid(1), value);
     root.insert(path.first(), child);
-}
-
-// "key=JSON;key=JSON" as a list of pairs (a JSON value may hold no ';').
-QList<QPair<QString, QJsonValue>> assignments(const QString& text)
-{
-    QList<QPair<QString, QJsonValue>> result;
-    for (const QString& item : text.split(';', Qt::SkipEmptyParts)) {
-        const QString value = item.section('=', 1);
-        result.append({ item.section('=', 0, 0),
-                        value.isEmpty() ? QJsonValue(QJsonValue::Undefined)
-                                        : QJsonDocument::fromJson("[" + value.toUtf8() + "]").array().first() });
-    }
-    return result;
-}
-
-void verifyMatches(const QString& text, const QString& pattern, const char* stream)
-{
-    if (pattern.isEmpty()) {
-        QVERIFY2(text.isEmpty(), qPrintable(QString("%1 should be empty: %2").arg(stream, text)));
-        return;
-    }
-    QVERIFY2(QRegularExpression(pattern, QRegularExpression::DotMatchesEverythingOption).match(text).hasMatch(),
-             qPrintable(QString("%1 does not match /%2/:\n%3").arg(stream, pattern, text)));
 }
 }
 
@@ -71,12 +30,6 @@ class TestStationPlant : public QObject
 
     static QString document(const QString& station) { return station + "/config/settings.json"; }
 
-    static QJsonObject readJson(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-    }
-
     // Writes "key=JSON;..." into the other station's document; "damaged" leaves it torn.
     void changeOther(const QString& changes) const
     {
@@ -88,13 +41,13 @@ class TestStationPlant : public QObject
         file.write(changes == "damaged" ? QByteArray("{\"general\": {") : QJsonDocument(root).toJson());
     }
 
-    ToolRun run(const QString& station, QStringList arguments, const QByteArray& input = QByteArray()) const
+    ToolRun run(const QString& station, QStringList arguments) const
     {
         for (QString& argument : arguments) {
             argument.replace("@other", m_other);
             argument.replace("@out", m_dir.path() + "/out.zip");
         }
-        return runTool(C_tool, QStringList { "--station", station } + arguments, toolEnvironment(m_dir.path() + "/state"), input);
+        return runTool(C_tool, QStringList { "--station", station } + arguments, toolEnvironment(m_dir.path() + "/state"));
     }
 
     // The settings update inside a package, read with the zip reader start-up uses.
@@ -278,7 +231,6 @@ private slots:
     void wantedState_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QByteArray>("input");
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("out");
         QTest::addColumn<QString>("after");      // "key=JSON;..." in the document afterwards
@@ -287,45 +239,44 @@ private slots:
         const QStringList demo { "Archive", "Exports", "Plant_Share" };
         const QString share = "{\"aliasName\": \"Cell_Share\", \"type\": \"samba\", \"address\": \"127.0.0.1:1\", "
                               "\"path\": \"cell\", \"identifier\": \"op\", \"password\": \"pw\", \"role\": \"pdfResults\"}";
-        QTest::newRow("folder-set: a new share with its role") << QStringList { "folder-set", share } << QByteArray() << 0
+        QTest::newRow("folder-set: a new share with its role") << QStringList { "folder-set", share } << 0
                                                                << "^folder Cell_Share: changed\n$" << "" << QStringList { "Archive", "Cell_Share", "Exports", "Plant_Share" };
-        QTest::newRow("folder-set --check") << QStringList { "--json", "folder-set", "--check", share } << QByteArray() << 0
+        QTest::newRow("folder-set --check") << QStringList { "--json", "folder-set", "--check", share } << 0
                                             << "\"after\": \\{.*\"password\": \"\\*{8} \\(changed\\)\".*\"before\": null,\\s+\"changed\": true"
                                             << "directories.foldersRoles.pdfResults=" << demo;
         QTest::newRow("folder-set: another path")
-            << QStringList { "folder-set", "{\"aliasName\": \"Archive\", \"type\": \"internal\", \"path\": \"archive2\"}" } << QByteArray()
+            << QStringList { "folder-set", "{\"aliasName\": \"Archive\", \"type\": \"internal\", \"path\": \"archive2\"}" }
             << 0 << "^folder Archive: changed\n$" << "directories.folders.0.path=\"archive2\"" << demo;
         QTest::newRow("folder-set: built-in folder")
-            << QStringList { "folder-set", "{\"aliasName\": \"SEQUENCES\", \"type\": \"internal\", \"path\": \"x\"}" } << QByteArray()
+            << QStringList { "folder-set", "{\"aliasName\": \"SEQUENCES\", \"type\": \"internal\", \"path\": \"x\"}" }
             << 1 << "" << "" << demo;
         QTest::newRow("folder-set: unknown field")
-            << QStringList { "folder-set", "{\"aliasName\": \"X\", \"type\": \"internal\", \"colour\": \"red\"}" } << QByteArray()
+            << QStringList { "folder-set", "{\"aliasName\": \"X\", \"type\": \"internal\", \"colour\": \"red\"}" }
             << 1 << "" << "" << demo;
-        QTest::newRow("folder-remove") << QStringList { "folder-remove", "Exports" } << QByteArray() << 0 << "^folder Exports: changed\n$"
+        QTest::newRow("folder-remove") << QStringList { "folder-remove", "Exports" } << 0 << "^folder Exports: changed\n$"
                                        << "" << QStringList { "Archive", "Plant_Share" };
-        QTest::newRow("folder-remove: releases its role") << QStringList { "folder-remove", "Plant_Share" } << QByteArray() << 0 << ""
+        QTest::newRow("folder-remove: releases its role") << QStringList { "folder-remove", "Plant_Share" } << 0 << ""
                                                           << "directories.foldersRoles.results=" << QStringList { "Archive", "Exports" };
-        QTest::newRow("folder-remove: none there") << QStringList { "folder-remove", "Nowhere" } << QByteArray() << 0
+        QTest::newRow("folder-remove: none there") << QStringList { "folder-remove", "Nowhere" } << 0
                                                    << "^folder Nowhere: unchanged\n$" << "" << demo;
-        QTest::newRow("relation-set: new") << QStringList { "relation-set", "9", "left" } << QByteArray() << 0 << "^relation 9: changed\n$"
+        QTest::newRow("relation-set: new") << QStringList { "relation-set", "9", "left" } << 0 << "^relation 9: changed\n$"
                                            << "sequencer.sequenceIoRelations.3={\"binaryCode\":9,\"sequenceBaseName\":\"left\"}" << demo;
-        QTest::newRow("relation-set: another sequence") << QStringList { "relation-set", "5", "right" } << QByteArray() << 0 << ""
+        QTest::newRow("relation-set: another sequence") << QStringList { "relation-set", "5", "right" } << 0 << ""
                                                         << "sequencer.sequenceIoRelations.2={\"binaryCode\":5,\"sequenceBaseName\":\"right\"}" << demo;
-        QTest::newRow("relation-set: code 0") << QStringList { "relation-set", "0", "x" } << QByteArray() << 2 << "" << "" << demo;
-        QTest::newRow("relation-remove") << QStringList { "relation-remove", "5" } << QByteArray() << 0 << "^relation 5: changed\n$"
+        QTest::newRow("relation-set: code 0") << QStringList { "relation-set", "0", "x" } << 2 << "" << "" << demo;
+        QTest::newRow("relation-remove") << QStringList { "relation-remove", "5" } << 0 << "^relation 5: changed\n$"
                                          << "sequencer.sequenceIoRelations.2=" << demo;
-        QTest::newRow("set --check") << QStringList { "--json", "set", "--check", "regionalSettings.language", "Deutsch" } << QByteArray() << 0
+        QTest::newRow("set --check") << QStringList { "--json", "set", "--check", "regionalSettings.language", "Deutsch" } << 0
                                      << "\"after\": \"de_DE\",\\s+\"before\": \"en_GB\",\\s+\"changed\": true"
                                      << "regionalSettings.language=\"en_GB\"" << demo;
         QTest::newRow("unset --check: the default comes back")
-            << QStringList { "unset", "--check", "regionalSettings.weight_unit" } << QByteArray() << 0
+            << QStringList { "unset", "--check", "regionalSettings.weight_unit" } << 0
             << "^regionalSettings.weight_unit: kg -> g \\(would change\\)\n$" << "regionalSettings.weight_unit=\"kg\"" << demo;
     }
 
     void wantedState()
     {
         QFETCH(QStringList, arguments);
-        QFETCH(QByteArray, input);
         QFETCH(int, code);
         QFETCH(QString, out);
         QFETCH(QString, after);
@@ -334,7 +285,7 @@ private slots:
         const auto versions = [this] {
             return QJsonDocument::fromJson(run(m_here, { "history", "--json" }).out.toUtf8()).object().value("versions").toArray().size();
         };
-        const ToolRun result = run(m_here, arguments, input);
+        const ToolRun result = run(m_here, arguments);
         QVERIFY2(result.code == code, qPrintable(QString("exit %1\n%2%3").arg(result.code).arg(result.out, result.err)));
         if (!out.isEmpty())
             verifyMatches(result.out, out, "stdout");
@@ -348,7 +299,7 @@ private slots:
         if (code != 0 || arguments.contains("--check"))
             return;
         const int kept = versions();
-        const ToolRun again = run(m_here, arguments, input);
+        const ToolRun again = run(m_here, arguments);
         QCOMPARE(again.code, 0);
         verifyMatches(again.out, ": unchanged\n$", "stdout of the same command again");
         QCOMPARE(versions(), kept);
