@@ -1,10 +1,9 @@
-// The folder registry: folders, settings section, editing rules, selection, sorting, counters, errors.
+// The folder registry: folders, settings section, editing rules, selection, sorting, counters.
 #include <QCoreApplication>
 #include <QSignalSpy>
 #include <QtTest>
 
 #include "directories.h"
-#include "logcapture.h"
 #include "registrystation.h"
 
 namespace {
@@ -212,8 +211,6 @@ private slots:
         QCOMPARE(m_directories->configuredNetworkStorageNbr(), 1);
         QCOMPARE(m_directories->configuredRemovableStorageNbr(), 1);
         QCOMPARE(m_directories->connectedNetworkStorageNbr() + m_directories->connectedRemovableStorageNbr(), 0);
-        QSignalSpy network(m_directories.get(), &Directories::connectedNetworkStorageNbrChanged);
-        QSignalSpy removable(m_directories.get(), &Directories::connectedRemovableStorageNbrChanged);
         auto availability = [this](const char* alias, bool available) {
             QVERIFY(QMetaObject::invokeMethod(m_directories.get(), "sltFolderAliasAvailabilityChanged",
                                               Q_ARG(QString, QString::fromLatin1(alias)), Q_ARG(bool, available)));
@@ -223,59 +220,12 @@ private slots:
         availability("Off", true); // disabled: not counted
         QCOMPARE(m_directories->connectedNetworkStorageNbr(), 1);
         QCOMPARE(m_directories->connectedRemovableStorageNbr(), 1);
-        QCOMPARE(network.count(), 1);
-        QCOMPARE(removable.count(), 1);
         availability("Share", false);
         QCOMPARE(m_directories->connectedNetworkStorageNbr(), 0);
 
-        QSignalSpy configured(m_directories.get(), &Directories::configuredNetworkStorageNbrChanged);
         QVERIFY(!addOperatorFolder("Second", "undefined", "samba").isEmpty());
         QCOMPARE(m_directories->configuredNetworkStorageNbr(), 2);
-        QCOMPARE(configured.count(), 1);
         QCOMPARE(m_directories->externalAliasesCountForRole("results"), 2);
-    }
-
-    void errorCodes_data()
-    {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("signal"); // the one signal carrying the text, if any
-        QTest::addColumn<QString>("text");
-        QTest::newRow("0: nothing at all") << 0 << "" << "";
-        QTest::newRow("1: creation failure is only logged")
-            << 1 << "" << "ERROR: Failure to create the folder object: P";
-        QTest::newRow("2: alias folder unreachable") << 2 << "alias" << "ERROR: Failure to access the alias folder: P";
-        QTest::newRow("3: alias folder unknown") << 3 << "alias" << "ERROR: Failure to find the alias folder: P";
-        QTest::newRow("4: internal folder creation")
-            << 4 << "internal" << "FATAL ERROR: Failure to create the internal memory folder: P";
-        QTest::newRow("5: internal folder access")
-            << 5 << "internal" << "FATAL ERROR: Failure to access the internal memory folder: P";
-        QTest::newRow("6: internal folder missing")
-            << 6 << "internal" << "FATAL ERROR: Failure to find the internal memory folder: P";
-        QTest::newRow("7: out of range behaves like 0") << 7 << "" << "";
-    }
-
-    void errorCodes()
-    {
-        QFETCH(int, code);
-        QFETCH(QString, signal);
-        QFETCH(QString, text);
-        QSignalSpy alias(m_directories.get(), &Directories::folderAliasUnavailable);
-        QSignalSpy internal(m_directories.get(), &Directories::internalMemoryAccessError);
-        LogCapture log;
-        // Called as the slot it is, through the registered enumeration type.
-        QVERIFY(QMetaObject::invokeMethod(m_directories.get(), "sendError",
-                                          Q_ARG(Directories::EnDirectoriesError, Directories::EnDirectoriesError(code)),
-                                          Q_ARG(QString, "P")));
-        QCOMPARE(alias.count(), signal == "alias" ? 1 : 0);
-        QCOMPARE(internal.count(), signal == "internal" ? 1 : 0);
-        if (!signal.isEmpty())
-            QCOMPARE((signal == "alias" ? alias : internal).at(0).at(0).toString(), text);
-        const QStringList ours = log.matching("lib_configuration/source/directories");
-        QCOMPARE(ours.size(), text.isEmpty() ? 0 : 1);
-        if (!text.isEmpty()) {
-            QCOMPARE(log.count(text), 1);
-            QVERIFY(ours.at(0).contains(text));
-        }
     }
 };
 

@@ -7,9 +7,6 @@ QtObject {
     property bool is24h: zuConfig.isCurrent24HoursFormat
     property int relationCount: zuConfig.sequenceIoRelations.count
     property int skipCount: zuConfig.skipComments.length
-    property string appName: zuConfig.appName
-    property string version: zuConfig.version
-    property var dateFormats: zuConfig.dateFormats
     property QtObject folders: directories
     property QtObject clock: dateTime
 
