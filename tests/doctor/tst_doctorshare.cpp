@@ -88,61 +88,49 @@ private slots:
 
     void cleanupTestCase() { m_server.stop(); }
 
-    // The station is not running, so nothing mounts the share: that alone is a warning.
-    void healthyNotMounted()
+    void diagnosis_data()
     {
-        const QString path = station(m_server.password());
-        QVERIFY(!path.isEmpty());
-        const Run result = diagnose(path);
-        QVERIFY2(result.code == 0, qPrintable(result.out + result.err));
-        QCOMPARE(check(result.json, "share:Plant_Share:server").value("level").toString(), QString("ok"));
-        QCOMPARE(check(result.json, "share:Plant_Share:credentials").value("level").toString(), QString("ok"));
-        QCOMPARE(notOk(result.json), QStringList { "share:Plant_Share:mounted=warning" });
+        QTest::addColumn<bool>("rightPassword");
+        QTest::addColumn<QString>("mounted");            // "", "rw" or "ro"
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QStringList>("notOk");          // "check=level" of every check not ok
+        QTest::addColumn<QString>("checkName");          // a check whose message holds `message`
+        QTest::addColumn<QString>("message");
+        // The station is not running, so nothing mounts the share: that alone is a warning.
+        QTest::newRow("healthy, not mounted") << true << "" << 0
+                                              << QStringList { "share:Plant_Share:mounted=warning" }
+                                              << "share:Plant_Share:credentials" << "";
+        QTest::newRow("healthy, mounted") << true << "rw" << 0 << QStringList()
+                                          << "share:Plant_Share:mounted" << "fuse";
+        QTest::newRow("mounted read-only") << true << "ro" << 1
+                                           << QStringList { "share:Plant_Share:writable=error" }
+                                           << "share:Plant_Share:writable" << "Read-only file system";
+        QTest::newRow("wrong password") << false << "" << 1
+                                        << QStringList { "share:Plant_Share:credentials=error", "share:Plant_Share:mounted=warning" }
+                                        << "share:Plant_Share:credentials" << "refused (NT_STATUS_LOGON_FAILURE)";
     }
 
-    // Mounted: every check ok, mounted and writable included.
-    void healthyMounted()
+    void diagnosis()
     {
-        if (!QFile::exists("/dev/fuse"))
+        QFETCH(bool, rightPassword);
+        QFETCH(QString, mounted);
+        QFETCH(int, code);
+        QFETCH(QStringList, notOk);
+        QFETCH(QString, checkName);
+        QFETCH(QString, message);
+        if (!mounted.isEmpty() && !QFile::exists("/dev/fuse"))
             QSKIP("needs /dev/fuse");
-        const QString path = station(m_server.password());
+        const QString path = station(rightPassword ? m_server.password() : QStringLiteral("not-the-password"));
         QVERIFY(!path.isEmpty());
-        Mount mounted;
-        QVERIFY2(mount(mounted, path, {}), qPrintable(QString::fromUtf8(mounted.helper.readAllStandardError())));
+        Mount share;
+        if (!mounted.isEmpty()) {
+            QVERIFY2(mount(share, path, mounted == "ro" ? QStringList { "-o", "ro" } : QStringList()),
+                     qPrintable(QString::fromUtf8(share.helper.readAllStandardError())));
+        }
         const Run result = diagnose(path);
-        QVERIFY2(result.code == 0, qPrintable(result.out + result.err));
-        QVERIFY2(notOk(result.json).isEmpty(), qPrintable(result.out));
-        QVERIFY2(check(result.json, "share:Plant_Share:mounted").value("message").toString().contains("fuse"),
-                 qPrintable(result.out));
-        QCOMPARE(check(result.json, "share:Plant_Share:writable").value("level").toString(), QString("ok"));
-    }
-
-    // Mounted read-only: the share cannot take the station's files.
-    void mountedReadOnly()
-    {
-        if (!QFile::exists("/dev/fuse"))
-            QSKIP("needs /dev/fuse");
-        const QString path = station(m_server.password());
-        QVERIFY(!path.isEmpty());
-        Mount mounted;
-        QVERIFY2(mount(mounted, path, { "-o", "ro" }), qPrintable(QString::fromUtf8(mounted.helper.readAllStandardError())));
-        const Run result = diagnose(path);
-        QCOMPARE(result.code, 1);
-        QCOMPARE(notOk(result.json), QStringList { "share:Plant_Share:writable=error" });
-        QVERIFY2(check(result.json, "share:Plant_Share:writable").value("message").toString().endsWith("Read-only file system"),
-                 qPrintable(result.out));
-    }
-
-    void wrongPassword()
-    {
-        const QString path = station("not-the-password");
-        QVERIFY(!path.isEmpty());
-        const Run result = diagnose(path);
-        QCOMPARE(result.code, 1);
-        const QJsonObject row = check(result.json, "share:Plant_Share:credentials");
-        QCOMPARE(row.value("level").toString(), QString("error"));
-        QVERIFY2(row.value("message").toString().contains("refused (NT_STATUS_LOGON_FAILURE)"), qPrintable(result.out));
-        QCOMPARE(notOk(result.json), QStringList({ "share:Plant_Share:credentials=error", "share:Plant_Share:mounted=warning" }));
+        QVERIFY2(result.code == code, qPrintable(result.out + result.err));
+        QCOMPARE(DoctorStation::notOk(result.json), notOk);
+        QVERIFY2(check(result.json, checkName).value("message").toString().contains(message), qPrintable(result.out));
     }
 };
 
