@@ -7,6 +7,7 @@
 #include <QQuickItem>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTest>
 
 #include "d_zu_configuration.h"
 #include "settingsapp.h"
@@ -112,6 +113,28 @@ bool SettingsFixture::saveScreenshot(const QString& name, QImage* image) const
     if (image)
         *image = grabbed;
     return !grabbed.isNull() && grabbed.save(QStringLiteral(STATION_SCREENSHOT_DIR "/%1.png").arg(name));
+}
+
+bool SettingsFixture::showPage(const QString& key) const
+{
+    QQuickWindow* root = window();
+    const int index = root ? root->property("pageKeys").toStringList().indexOf(key) : -1;
+    if (index < 0)
+        return false;
+    root->setProperty("currentPage", index);
+    return QTest::qWaitFor([&] { return isShown(QStringLiteral("page_") + key); }, 5000);
+}
+
+bool SettingsFixture::newFolder(const QString& type) const
+{
+    QObject* typeBox = item(QStringLiteral("folderTypeBox"));
+    int index = -1;
+    if (!typeBox || !click(QStringLiteral("newFolderButton"))
+        || !QMetaObject::invokeMethod(typeBox, "indexOfValue", Q_RETURN_ARG(int, index), Q_ARG(QVariant, type)) || index < 0)
+        return false;
+    typeBox->setProperty("currentIndex", index);
+    return type != QLatin1String("samba")
+        || QTest::qWaitFor([this] { return isShown(QStringLiteral("folderAddressField")); }, 5000);
 }
 
 QVariant SettingsFixture::property(const QString& objectName, const char* name) const

@@ -38,6 +38,10 @@ public:
     QVariant property(const QString& objectName, const char* name) const;
     QString text(const QString& objectName) const;
     bool isShown(const QString& objectName) const;
+    // Shows the page of `key` and waits until it is on screen; false when there is none or it stays hidden.
+    bool showPage(const QString& key) const;
+    // Opens a blank folder editor set to the folder type `type` (its network fields shown for "samba").
+    bool newFolder(const QString& type) const;
     // Selects a folder of the registry by its alias; false when there is none.
     static bool selectFolder(const QString& alias);
     // SHA-256 of a file's bytes; empty when it cannot be read.

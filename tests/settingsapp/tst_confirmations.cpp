@@ -24,7 +24,6 @@ private:
     Directories* directories() const { return DZuConfiguration::getInstance()->directories(); }
     DZuConfiguration* configuration() const { return DZuConfiguration::getInstance(); }
     bool hasFolder(const QString& alias) const;
-    void showPage(const QString& key);
     bool dialogOpen(const QString& name) const { return m_fixture.property(name, "opened").toBool(); }
     // A change in memory only, as an edit on a page makes it.
     void editInMemory();
@@ -54,15 +53,6 @@ bool TestConfirmations::hasFolder(const QString& alias) const
     bool found = false;
     directories()->getFolderByName(alias, found);
     return found;
-}
-
-void TestConfirmations::showPage(const QString& key)
-{
-    QQuickWindow* window = m_fixture.window();
-    const int index = window->property("pageKeys").toStringList().indexOf(key);
-    QVERIFY(index >= 0);
-    window->setProperty("currentPage", index);
-    QTRY_VERIFY(m_fixture.isShown(QStringLiteral("page_") + key));
 }
 
 void TestConfirmations::editInMemory()
@@ -99,7 +89,7 @@ void TestConfirmations::refuseInvalidNewFolder()
     QFETCH(QString, path);
     QFETCH(QString, expectedMessageId);
     QFETCH(QString, problemLabel);
-    showPage(QStringLiteral("folders"));
+    QVERIFY(m_fixture.showPage(QStringLiteral("folders")));
     const int before = directories()->folders()->list().size();
     auto named = [this](const QString& name) {
         int count = 0;
@@ -109,15 +99,7 @@ void TestConfirmations::refuseInvalidNewFolder()
     };
     const int namedBefore = named(alias.trimmed());
 
-    QVERIFY(m_fixture.click(QStringLiteral("newFolderButton")));
-    QObject* typeBox = m_fixture.item(QStringLiteral("folderTypeBox"));
-    QVERIFY(typeBox);
-    int typeIndex = -1;
-    QVERIFY(QMetaObject::invokeMethod(typeBox, "indexOfValue", Q_RETURN_ARG(int, typeIndex),
-                                      Q_ARG(QVariant, QStringLiteral("samba"))));
-    QVERIFY(typeIndex >= 0);
-    typeBox->setProperty("currentIndex", typeIndex);
-    QTRY_VERIFY(m_fixture.isShown(QStringLiteral("folderAddressField")));
+    QVERIFY(m_fixture.newFolder(QStringLiteral("samba")));
     QVERIFY(m_fixture.item(QStringLiteral("folderAliasField"))->setProperty("text", alias));
     QVERIFY(m_fixture.item(QStringLiteral("folderAddressField"))->setProperty("text", address));
     QVERIFY(m_fixture.item(QStringLiteral("folderPathField"))->setProperty("text", path));
@@ -170,12 +152,12 @@ void TestConfirmations::confirm()
     std::function<bool()> done;
     QString templateFile;
     if (action == QLatin1String("deleteFolder")) {
-        showPage(QStringLiteral("folders"));
+        QVERIFY(m_fixture.showPage(QStringLiteral("folders")));
         QVERIFY(SettingsFixture::selectFolder(QStringLiteral("Plant_Share")));
         QTRY_VERIFY(directories()->isSelectedFolderDeletable());
         done = [this] { return !hasFolder(QStringLiteral("Plant_Share")); };
     } else if (action == QLatin1String("deleteTemplate")) {
-        showPage(QStringLiteral("templates"));
+        QVERIFY(m_fixture.showPage(QStringLiteral("templates")));
         const QStringList templates = directories()->templatesList();
         QVERIFY(!templates.isEmpty());
         templateFile = directories()->getTemplatesDirectoryPath() + QLatin1Char('/') + templates.constFirst();
@@ -187,13 +169,13 @@ void TestConfirmations::confirm()
             return !QFile::exists(templateFile) && !m_fixture.property(QStringLiteral("templateList"), "model").toStringList().contains(name);
         };
     } else if (action == QLatin1String("resetSync")) {
-        showPage(QStringLiteral("sync"));
+        QVERIFY(m_fixture.showPage(QStringLiteral("sync")));
         done = [this] {
             return m_fixture.property(QStringLiteral("page_sync"), "resetting").toBool()
                 || !m_fixture.property(QStringLiteral("page_sync"), "resetMessage").toString().isEmpty();
         };
     } else if (action == QLatin1String("reload")) {
-        showPage(QStringLiteral("general"));
+        QVERIFY(m_fixture.showPage(QStringLiteral("general")));
         editInMemory();
         done = [this] { return configuration()->torqueUnit() == m_savedUnit; };
     } else if (action == QLatin1String("close")) {

@@ -128,17 +128,12 @@ void TestTouchLayout::showPage(const QString& key, const QSize& size)
 {
     QQuickWindow* window = m_fixture.window();
     window->resize(size);
-    const int index = window->property("pageKeys").toStringList().indexOf(key);
-    QVERIFY(index >= 0);
-    window->setProperty("currentPage", index);
+    QVERIFY(m_fixture.showPage(key));
     if (key == QLatin1String("folders")) {
         // The network folder shows every field of the editor.
         QVERIFY(SettingsFixture::selectFolder(QStringLiteral("Plant_Share")));
         QTRY_VERIFY(m_fixture.isShown(QStringLiteral("folderAddressField")));
     }
-    auto* page = qobject_cast<QQuickItem*>(m_fixture.item(QStringLiteral("page_") + key));
-    QVERIFY(page);
-    QTRY_VERIFY(page->isVisible());
     QTRY_COMPARE(window->size(), size);
     QTRY_COMPARE(qRound(window->contentItem()->width()), size.width());
     // Layouts settle at the next polish.
