@@ -42,27 +42,36 @@ private slots:
         QVERIFY(log.lines().isEmpty());
     }
 
-    void localPathThatCannotBeMadeIsReported()
+    // A directory that cannot be made (a file stands in the way) is reported to the screens and logged.
+    void pathThatCannotBeMadeIsReported_data()
     {
-        load(QJsonObject());
-        QVERIFY(blockWithFile(m_station->internal("seq")));
-        QSignalSpy internal(m_directories.get(), &Directories::internalMemoryAccessError);
-        LogCapture log;
-        QCOMPARE(m_directories->getLocalSequencesDirectoryPath(), m_station->internal("seq"));
-        QCOMPARE(internal.count(), 1);
-        QVERIFY(internal.at(0).at(0).toString().contains("SEQUENCES"));
-        QCOMPARE(log.count("ERROR: Cannot create local directory: " + m_station->internal("seq")), 1);
+        QTest::addColumn<bool>("listed");     // the role's folder is in the loaded list
+        QTest::addColumn<QString>("blocked"); // relative to the internal storage
+        QTest::addColumn<QString>("role");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("named");   // in the signal's text
+        QTest::addColumn<QString>("logged");
+        QTest::newRow("listed folder") << true << "seq" << "sequences" << "seq" << "SEQUENCES" << "ERROR: Cannot create local directory: ";
+        QTest::newRow("default path") << false << "" << "media" << "media" << "media" << "ERROR: Cannot create default directory: ";
     }
 
-    void defaultPathThatCannotBeMadeIsReported()
+    void pathThatCannotBeMadeIsReported()
     {
-        QVERIFY(blockWithFile(m_station->internal()));
+        QFETCH(bool, listed);
+        QFETCH(QString, blocked);
+        QFETCH(QString, role);
+        QFETCH(QString, path);
+        QFETCH(QString, named);
+        QFETCH(QString, logged);
+        if (listed)
+            load(QJsonObject());
+        QVERIFY(blockWithFile(m_station->internal(blocked)));
         QSignalSpy internal(m_directories.get(), &Directories::internalMemoryAccessError);
         LogCapture log;
-        QCOMPARE(m_directories->getLocalFolderPathByRole("media"), m_station->internal("media"));
-        QCOMPARE(internal.count(), 1);
-        QVERIFY(internal.at(0).at(0).toString().endsWith("media"));
-        QCOMPARE(log.count("ERROR: Cannot create default directory: " + m_station->internal("media")), 1);
+        QCOMPARE(m_directories->getLocalFolderPathByRole(role), m_station->internal(path));
+        QCOMPARE(internal.size(), 1);
+        QVERIFY2(internal.at(0).at(0).toString().contains(named), qPrintable(internal.at(0).at(0).toString()));
+        QCOMPARE(log.count(logged + m_station->internal(path)), 1);
     }
 
     void securedPath_data()

@@ -49,7 +49,6 @@ private slots:
 
     void addedShareBecomesAvailableAndCounted()
     {
-        QSignalSpy connected(m_directories.get(), &Directories::connectedNetworkStorageNbrChanged);
         const QSharedPointer<Folder> folder = addShare("Results_Share", "results", m_server.password());
         QVERIFY(folder);
         QCOMPARE(m_directories->configuredNetworkStorageNbr(), 1);
@@ -57,7 +56,6 @@ private slots:
 
         QTRY_COMPARE_WITH_TIMEOUT(m_directories->connectedNetworkStorageNbr(), 1, C_mountTimeoutMs);
         QVERIFY(folder->isAvailable());
-        QCOMPARE(connected.count(), 1);
         // The role now reads from the share.
         const QString mountPoint = m_station->path("mnt/Results_Share");
         QCOMPARE(m_directories->getSecuredFolderPathByRole("results"), mountPoint);
@@ -73,7 +71,7 @@ private slots:
             manager->setMaxMountAttempts(2);
             manager->setMountAttemptIntervalMs(200);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(relayed.count(), 1, 120000);
+        QTRY_VERIFY_WITH_TIMEOUT(!relayed.isEmpty(), 120000);
         const QList<QVariant> arguments = relayed.first();
         QCOMPARE(arguments.at(0).toString(), QStringLiteral("Locked"));
         QVERIFY2(arguments.at(1).toString().startsWith("Unable to mount Locked ("),
