@@ -513,7 +513,7 @@ void TestConfigurationParts::setFormats()
 void TestConfigurationParts::keyMapLayout_data()
 {
     QTest::addColumn<QByteArray>("before");   // null: no file
-    QTest::addColumn<QString>("layout");      // a keymap code, or "choice:" and a layout's display name
+    QTest::addColumn<QString>("layout");
     QTest::addColumn<bool>("readOnly");       // the file's directory cannot be written
     QTest::addColumn<QByteArray>("after");
     QTest::addColumn<QString>("logged");
@@ -524,10 +524,6 @@ void TestConfigurationParts::keyMapLayout_data()
         << ini << "FR" << false
         << QByteArray("[core]\r\nshell=kiosk-shell.so\r\n\n[keyboard]\nkeymap_layout=fr\nkeymap_variant=\n"
                       "[input-method]\nkeymap_layout=fr\n# end\n") << "";
-    QTest::newRow("layout chosen on the screens reaches the file")
-        << ini << "choice:Deutsch" << false
-        << QByteArray("[core]\r\nshell=kiosk-shell.so\r\n\n[keyboard]\nkeymap_layout=de\nkeymap_variant=\n"
-                      "[input-method]\nkeymap_layout=de\n# end\n") << "";
     QTest::newRow("key must start the line, case-sensitive")
         << QByteArray(" keymap_layout=gb\nKeymap_layout=gb\n#keymap_layout=gb\n") << "de" << false
         << QByteArray(" keymap_layout=gb\nKeymap_layout=gb\n#keymap_layout=gb\n") << "";
@@ -570,10 +566,7 @@ void TestConfigurationParts::keyMapLayout()
     DZuConfiguration::setCompositorConfigPath(path);
     LogCapture log;
 
-    if (layout.startsWith("choice:"))
-        m_config->setKeyboardInput(layout.mid(7));
-    else
-        m_config->setKeyMapLayout(layout);
+    m_config->setKeyMapLayout(layout);
 
     if (readOnly && ::geteuid() != 0)
         QFile::setPermissions(directory, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
