@@ -1,26 +1,15 @@
 // The shipped Ansible module on three local stations: a first run changes each of them, a
 // second changes nothing, and a change made by hand is reported by a run in check mode, which
 // leaves it in place.
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QtTest>
 
 #include "stationtool.h"
 
 namespace {
 const QStringList c_hosts { "station1", "station2", "station3" };
 
-QJsonObject readDocument(const QString& station)
-{
-    QFile file(station + "/config/settings.json");
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-}
+QJsonObject readDocument(const QString& station) { return readJson(station + "/config/settings.json"); }
 }
 
 class TestAnsiblePlaybook : public QObject
