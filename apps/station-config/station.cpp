@@ -173,7 +173,7 @@ Station::EnSaveResult Station::save(const QString& reason, QString& error,
     if (adjust)
         adjust(next);
     m_configuration->completeDocument(next);
-    if (!history().record(onDisk.bytes, onDisk.object, next, reason, &error)) {
+    if (!history().record(onDisk, next, reason, &error)) {
         error += QStringLiteral("; nothing was changed");
         return CeHistoryFailed;
     }

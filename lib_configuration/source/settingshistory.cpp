@@ -105,15 +105,15 @@ QVector<SettingsHistory::Version> SettingsHistory::versions() const
 bool SettingsHistory::record(const QByteArray& document, const QJsonObject& next, const QString& reason,
                              QString* error)
 {
-    const SettingsDocument::Reading reading = SettingsDocument::parse(document);
-    if (reading.state != SettingsDocument::CeLoaded)
-        return true;
-    return record(document, reading.object, next, reason, error);
+    return record(SettingsDocument::parse(document), next, reason, error);
 }
 
-bool SettingsHistory::record(const QByteArray& document, const QJsonObject& previous, const QJsonObject& next,
-                             const QString& reason, QString* error)
+bool SettingsHistory::record(const SettingsDocument::Reading& current, const QJsonObject& next, const QString& reason,
+                             QString* error)
 {
+    if (current.state != SettingsDocument::CeLoaded)
+        return true;
+    const QByteArray& document = current.bytes;
     const QStringList files = versionFiles();
     if (!files.isEmpty()) {
         QFile newest(files.first());
@@ -143,7 +143,7 @@ bool SettingsHistory::record(const QByteArray& document, const QJsonObject& prev
     QJsonObject meta;
     meta.insert(QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
     meta.insert(QStringLiteral("size"), double(document.size()));
-    meta.insert(QStringLiteral("changedKeys"), QJsonArray::fromStringList(changedKeys(previous, next)));
+    meta.insert(QStringLiteral("changedKeys"), QJsonArray::fromStringList(changedKeys(current.object, next)));
     meta.insert(QStringLiteral("reason"), reason);
     if (!writePrivate(metaPathOf(path), QJsonDocument(meta).toJson(QJsonDocument::Compact), error)) {
         QFile::remove(path);

@@ -1,5 +1,6 @@
 #pragma once
 #include "station_configuration_export.h"
+#include "settingsdocument.h"
 #include <QByteArray>
 #include <QDateTime>
 #include <QJsonObject>
@@ -45,9 +46,9 @@ public:
     // kept at all. False, with the reason, when the version cannot be written.
     bool record(const QByteArray& document, const QJsonObject& next, const QString& reason,
                 QString* error = nullptr);
-    // The same, for a caller that has parsed `document` already (`previous`).
-    bool record(const QByteArray& document, const QJsonObject& previous, const QJsonObject& next,
-                const QString& reason, QString* error = nullptr);
+    // The same, for a caller that has read the document already.
+    bool record(const SettingsDocument::Reading& current, const QJsonObject& next, const QString& reason,
+                QString* error = nullptr);
     // Newest first.
     QVector<Version> versions() const;
     bool read(int number, QByteArray& bytes, QString* error = nullptr) const;
