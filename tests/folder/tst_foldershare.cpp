@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(availability.at(0), (QList<QVariant>{QStringLiteral("Results"), true}));
         QVERIFY(folder->isAvailable() && folder->shareManager()->isMounted());
         QVERIFY(isMountPoint(folder->mountedPath()));
-        QCOMPARE(processesNaming(folder->mountedPath()), 1); // its mount helper
+        QVERIFY(processesNaming(folder->mountedPath()) >= 1); // its mount helper (and the helper's workers)
         QCOMPARE(failures.count(), 0);
         const QString ip = m_server.address();
         const QVariantList expected{QVariantMap{{"state", "detecting"}, {"serverIp", ip}},
