@@ -119,8 +119,13 @@ DSyncCopyResult dsyncCopyFile(int rootFd, const QString& rootPath, const DSyncCo
             break;
     }
     if (target < 0) {
+        const int error = errno;
+        // A share may have created the file and lost the answer (a server going away): unless the
+        // name is known to be absent, it counts as left, so that the next pass looks for it.
+        if (error != EEXIST && ::unlinkat(rootFd, temporary.constData(), 0) != 0 && errno != ENOENT)
+            result.temporaryLeft = true;
         result.message = QStringLiteral("Cannot write in the distant directory");
-        result.detail = rootPath + QLatin1Char('/') + directory + QStringLiteral(": cannot create: ") + systemError(errno);
+        result.detail = rootPath + QLatin1Char('/') + directory + QStringLiteral(": cannot create: ") + systemError(error);
         ::close(source);
         return result;
     }
