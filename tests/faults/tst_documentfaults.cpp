@@ -38,7 +38,8 @@ QByteArray hashOf(const QString& path)
 bool writeBytes(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+    // Flushed here: QFile buffers, and a write that only fails at close would look like success.
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size() && file.flush();
 }
 
 // Users and folders held by a document; -1 each when it does not parse.
