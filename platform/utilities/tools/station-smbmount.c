@@ -15,7 +15,9 @@
  *
  * A libsmbclient context answers one call at a time and is not thread-safe: requests are
  * served by C_workers processes of this program, each with its own context and connection
- * (smbmount-forward.c), so that several files are copied at once.
+ * (smbmount-forward.c). One worker and a single-threaded loop for now: with several requests
+ * at once, a file's release (which the kernel sends without waiting) can come after an unlink
+ * or rename of it, which the server then refuses as a sharing violation (EBUSY).
  */
 #define FUSE_USE_VERSION 31
 #define _GNU_SOURCE
@@ -51,8 +53,8 @@ static char g_base[4096]; /* "smb://server/share[/dir]" without trailing slash *
 static int g_timeoutMs = 10000;
 static uint16_t g_port;
 
-/* Requests served at once (connections to the server). */
-enum { C_workers = 4 };
+/* Connections to the server (see above for why one). */
+enum { C_workers = 1 };
 
 static void wipe(void)
 {
@@ -623,7 +625,7 @@ int main(int argc, char* argv[])
     printf("ready\n");
     fflush(stdout);
 
-    const int result = fuse_loop_mt(fuse, 0);
+    const int result = fuse_loop(fuse);
 
     fuse_remove_signal_handlers(fuse_get_session(fuse));
     fuse_unmount(fuse);
