@@ -11,21 +11,14 @@
  * share or an unreachable server end the program with a message on stderr and a non-zero
  * exit code (2 access denied, 3 server unreachable, 4 share not found, 5 other error,
  * 6 mount failed, 1 usage). Once mounted, "ready" is written on stdout and the program
- * serves the mount in the foreground until it is unmounted or receives SIGTERM/SIGINT.
- *
- * A libsmbclient context answers one call at a time and is not thread-safe: requests are
- * served by C_workers processes of this program, each with its own context and connection
- * (smbmount-forward.c). One worker and a single-threaded loop for now: with several requests
- * at once, a file's release (which the kernel sends without waiting) can come after an unlink
- * or rename of it, which the server then refuses as a sharing violation (EBUSY).
+ * serves the mount in the foreground on one thread (a libsmbclient context is not
+ * thread-safe) until it is unmounted or receives SIGTERM/SIGINT.
  */
 #define FUSE_USE_VERSION 31
 #define _GNU_SOURCE
 
 #include <fuse.h>
 #include <libsmbclient.h>
-
-#include "smbmount-forward.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -50,11 +43,6 @@ static char g_user[256];
 static char g_password[256];
 static char g_domain[256];
 static char g_base[4096]; /* "smb://server/share[/dir]" without trailing slash */
-static int g_timeoutMs = 10000;
-static uint16_t g_port;
-
-/* Connections to the server (see above for why one). */
-enum { C_workers = 1 };
 
 static void wipe(void)
 {
@@ -489,41 +477,11 @@ static const char* explain(int code)
     }
 }
 
-/* A context of its own, the default of the compatibility calls the operations use. */
-static SMBCCTX* newContext(void)
-{
-    SMBCCTX* context = smbc_new_context();
-    if (!context)
-        return NULL;
-    smbc_setDebug(context, 0);
-    smbc_setOptionDebugToStderr(context, 1);
-    smbc_setFunctionAuthDataWithContext(context, authenticate);
-    smbc_setOptionUseKerberos(context, 0);
-    smbc_setOptionFallbackAfterKerberos(context, 1);
-    smbc_setOptionNoAutoAnonymousLogin(context, 1);
-    if (g_timeoutMs > 0)
-        smbc_setTimeout(context, g_timeoutMs);
-    if (g_port)
-        smbc_setPort(context, g_port);
-    if (!smbc_init_context(context)) {
-        const int error = errno;
-        smbc_free_context(context, 1);
-        errno = error;
-        return NULL;
-    }
-    smbc_set_context(context);
-    return context;
-}
-
-static int prepareWorker(void)
-{
-    return newContext() ? 0 : -1;
-}
-
 int main(int argc, char* argv[])
 {
     const char* credentialsFile = NULL;
     const char* fuseOptions = NULL;
+    int timeoutMs = 10000;
     int option;
     while ((option = getopt(argc, argv, "c:o:t:h")) != -1) {
         switch (option) {
@@ -534,7 +492,7 @@ int main(int argc, char* argv[])
             fuseOptions = optarg;
             break;
         case 't':
-            g_timeoutMs = atoi(optarg);
+            timeoutMs = atoi(optarg);
             break;
         default:
             usage();
@@ -548,7 +506,8 @@ int main(int argc, char* argv[])
     const char* shareText = argv[optind];
     const char* mountPoint = argv[optind + 1];
 
-    if (parseShare(shareText, &g_port) != 0) {
+    uint16_t port = 0;
+    if (parseShare(shareText, &port) != 0) {
         fprintf(stderr, "station-smbmount: invalid share %s (expected //server[:port]/share[/dir])\n", shareText);
         return ExitUsage;
     }
@@ -558,12 +517,29 @@ int main(int argc, char* argv[])
         return ExitUsage;
     }
 
-    SMBCCTX* context = newContext();
+    SMBCCTX* context = smbc_new_context();
     if (!context) {
-        fprintf(stderr, "station-smbmount: cannot initialise the SMB client: %s\n", strerror(errno));
+        fprintf(stderr, "station-smbmount: cannot create an SMB client context: %s\n", strerror(errno));
         wipe();
         return ExitOther;
     }
+    smbc_setDebug(context, 0);
+    smbc_setOptionDebugToStderr(context, 1);
+    smbc_setFunctionAuthDataWithContext(context, authenticate);
+    smbc_setOptionUseKerberos(context, 0);
+    smbc_setOptionFallbackAfterKerberos(context, 1);
+    smbc_setOptionNoAutoAnonymousLogin(context, 1);
+    if (timeoutMs > 0)
+        smbc_setTimeout(context, timeoutMs);
+    if (port)
+        smbc_setPort(context, port);
+    if (!smbc_init_context(context)) {
+        fprintf(stderr, "station-smbmount: cannot initialise the SMB client: %s\n", strerror(errno));
+        smbc_free_context(context, 1);
+        wipe();
+        return ExitOther;
+    }
+    smbc_set_context(context);
 
     /* Credentials and share are checked here, so that failures happen at mount time. */
     const int probe = smbc_opendir(g_base);
@@ -576,21 +552,6 @@ int main(int argc, char* argv[])
         return code;
     }
     smbc_closedir(probe);
-    /* The workers make their own connections; this process only forwards requests. */
-    smbc_set_context(NULL);
-    smbc_free_context(context, 1);
-    const int started = forwardStart(C_workers, &c_operations, prepareWorker);
-    wipe();
-    if (started != 0) {
-        fprintf(stderr, "station-smbmount: cannot start its workers: %s\n", strerror(-started));
-        return ExitOther;
-    }
-    struct fuse_operations operations = *forwardOperations();
-    operations.chmod = opChmod;
-    operations.chown = opChown;
-    operations.flush = opFlush;
-    operations.fsync = opFsync;
-    operations.init = opInit;
 
     /* Commas and backslashes of the share name are escaped for the option parser. */
     char fsname[2048];
@@ -607,18 +568,20 @@ int main(int argc, char* argv[])
     char* fuseArgv[] = {argv[0], "-o", options, NULL};
     struct fuse_args args = FUSE_ARGS_INIT(3, fuseArgv);
     /* fuse_new() replaces the list by one it allocates: freed on every way out. */
-    struct fuse* fuse = fuse_new(&args, &operations, sizeof(operations), NULL);
+    struct fuse* fuse = fuse_new(&args, &c_operations, sizeof(c_operations), NULL);
     if (!fuse) {
         fprintf(stderr, "station-smbmount: invalid mount options %s\n", options);
         fuse_opt_free_args(&args);
-        forwardStop();
+        smbc_free_context(context, 1);
+        wipe();
         return ExitUsage;
     }
     if (fuse_mount(fuse, mountPoint) != 0) {
         fprintf(stderr, "station-smbmount: cannot mount at %s\n", mountPoint);
         fuse_destroy(fuse);
         fuse_opt_free_args(&args);
-        forwardStop();
+        smbc_free_context(context, 1);
+        wipe();
         return ExitMountFailed;
     }
     fuse_set_signal_handlers(fuse_get_session(fuse));
@@ -631,6 +594,7 @@ int main(int argc, char* argv[])
     fuse_unmount(fuse);
     fuse_destroy(fuse);
     fuse_opt_free_args(&args);
-    forwardStop();
+    smbc_free_context(context, 1);
+    wipe();
     return result == 0 ? 0 : ExitOther;
 }
