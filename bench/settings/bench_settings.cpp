@@ -22,10 +22,13 @@
 #include <algorithm>
 #include <functional>
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
+
+#include "benchprocess.h"
+
+using BenchProcess::median;
+using BenchProcess::Run;
+using BenchProcess::runProcess;
 
 namespace {
 
@@ -33,53 +36,6 @@ QTextStream& out()
 {
     static QTextStream stream(stdout);
     return stream;
-}
-
-struct Run
-{
-    bool ok = false;
-    double wallMs = 0;
-    double maxRssMiB = 0;
-};
-
-// fork/exec/wait4 with standard output to /dev/null: wall time and the child's peak memory.
-Run runProcess(const QStringList& command)
-{
-    QVector<QByteArray> bytes;
-    for (const QString& arg : command)
-        bytes << QFile::encodeName(arg);
-    QVector<char*> argv;
-    for (QByteArray& b : bytes)
-        argv << b.data();
-    argv << nullptr;
-
-    QElapsedTimer timer;
-    timer.start();
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        const int null = ::open("/dev/null", O_WRONLY);
-        ::dup2(null, STDOUT_FILENO);
-        ::dup2(null, STDERR_FILENO);
-        ::execv(argv[0], argv.data());
-        ::_exit(127);
-    }
-    int status = 0;
-    rusage usage {};
-    ::wait4(pid, &status, 0, &usage);
-    Run run;
-    run.wallMs = timer.nsecsElapsed() / 1e6;
-    run.ok = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    run.maxRssMiB = usage.ru_maxrss / 1024.0;
-    return run;
-}
-
-double median(QVector<double> values)
-{
-    if (values.isEmpty())
-        return 0;
-    std::sort(values.begin(), values.end());
-    const int n = values.size();
-    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
 }
 
 // The bare modes: what any program must at least do with the document.

@@ -29,7 +29,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "benchprocess.h"
 #include "sambaserver.h"
+
+using BenchProcess::median;
+using BenchProcess::Run;
+using BenchProcess::runProcess;
 
 namespace {
 const int C_filesPerDirectory = 100;
@@ -38,49 +43,6 @@ QTextStream& out()
 {
     static QTextStream stream(stdout);
     return stream;
-}
-
-struct Run
-{
-    bool ok = false;
-    double wallMs = 0;
-    double userMs = 0;
-    double maxRssMiB = 0;
-};
-
-// fork/exec/wait4: the time, CPU and peak memory of the process and of the children it waited for.
-Run runProcess(const QStringList& command, const QString& strace = QString())
-{
-    QStringList argv = command;
-    if (!strace.isEmpty())
-        argv = QStringList {QStringLiteral("strace"), QStringLiteral("-f"), QStringLiteral("-c"), QStringLiteral("-o"), strace} + argv;
-    QVector<QByteArray> bytes;
-    for (const QString& arg : argv)
-        bytes << QFile::encodeName(arg);
-    QVector<char*> pointers;
-    for (QByteArray& b : bytes)
-        pointers << b.data();
-    pointers << nullptr;
-    Run run;
-    QElapsedTimer clock;
-    clock.start();
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        const int devNull = ::open("/dev/null", O_WRONLY);
-        ::dup2(devNull, STDOUT_FILENO);
-        ::dup2(devNull, STDERR_FILENO);
-        ::execvp(pointers[0], pointers.data());
-        ::_exit(127);
-    }
-    int status = 0;
-    struct rusage usage {};
-    if (pid < 0 || ::wait4(pid, &status, 0, &usage) != pid)
-        return run;
-    run.wallMs = clock.nsecsElapsed() / 1e6;
-    run.ok = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    run.userMs = usage.ru_utime.tv_sec * 1e3 + usage.ru_utime.tv_usec / 1e3;
-    run.maxRssMiB = usage.ru_maxrss / 1024.0;
-    return run;
 }
 
 void removeTree(const QString& path)
@@ -147,14 +109,6 @@ void changeOnePercent(const QString& root, int count, int size, int round)
     }
 }
 
-double median(QVector<double> values)
-{
-    if (values.isEmpty())
-        return 0;
-    std::sort(values.begin(), values.end());
-    const int n = values.size();
-    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
-}
 
 // Total of the calls column of `strace -c`.
 qint64 straceCalls(const QString& file)
