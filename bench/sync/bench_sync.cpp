@@ -211,6 +211,8 @@ public:
             for (int k = 0; k < row.tools.size(); ++k) {
                 Tool& tool = row.tools[(rep + k) % row.tools.size()];
                 tool.prepare(rep);
+                // What earlier runs left to write back would otherwise slow whichever tool comes next.
+                ::sync();
                 const Run run = runProcess(tool.command(rep));
                 if (!run.ok) {
                     out() << "  " << tool.name << " failed: " << tool.command(rep).join(QLatin1Char(' ')) << "\n";
@@ -254,7 +256,10 @@ public:
                          .arg(m.maxRssMiB, 6, 'f', 1);
             if (m_syscalls.contains(tool.name) && row.countSyscalls)
                 out() << QStringLiteral("  %1 syscalls/file").arg(m_syscalls.value(tool.name), 0, 'f', 1);
-            out() << "  (" << tool.runs.size() << " runs)\n";
+            QStringList each;
+            for (const Run& run : tool.runs)
+                each << QString::number(run.wallMs, 'f', 0);
+            out() << "  (runs: " << each.join(QLatin1Char(' ')) << " ms)\n";
         }
         m_syscalls.clear();
         return medians;
