@@ -1,6 +1,5 @@
 #include "settingsdocument.h"
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
@@ -8,10 +7,14 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QThread>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
 
 #ifdef Q_OS_UNIX
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -109,18 +112,31 @@ bool flushToDisk(QFile& file, QString& error)
     return true;
 }
 
-bool rewrite(QFile& file, const QByteArray& bytes, QString& error)
-{
-    if (!file.resize(0) || !file.seek(0)) {
-        error = file.errorString();
-        return false;
-    }
 #ifdef Q_OS_UNIX
+// Bytes at the start that two texts share.
+qsizetype commonPrefix(const QByteArray& a, const QByteArray& b)
+{
+    const qsizetype size = qMin(a.size(), b.size());
+    constexpr qsizetype block = 4096;
+    qsizetype i = 0;
+    while (i + block <= size && std::memcmp(a.constData() + i, b.constData() + i, block) == 0)
+        i += block;
+    while (i < size && a.at(i) == b.at(i))
+        ++i;
+    return i;
+}
+
+// Makes the file hold `bytes` when its first `start` bytes already match them: only the rest is
+// written (a value changed near the end of a large document writes a few pages, not the whole
+// file), then the length is set unless it already is `sizeOnDisk`, and everything reaches the disk.
+bool rewrite(QFile& file, const QByteArray& bytes, qsizetype start, qsizetype sizeOnDisk, QString& error)
+{
     // Written straight to the descriptor: a short write is retried until the system says why.
-    const char* data = bytes.constData();
-    qsizetype left = bytes.size();
+    const char* data = bytes.constData() + start;
+    qsizetype left = bytes.size() - start;
+    off_t offset = off_t(start);
     while (left > 0) {
-        const ssize_t written = ::write(file.handle(), data, size_t(left));
+        const ssize_t written = ::pwrite(file.handle(), data, size_t(left), offset);
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0) {
@@ -129,15 +145,29 @@ bool rewrite(QFile& file, const QByteArray& bytes, QString& error)
         }
         data += written;
         left -= written;
+        offset += written;
     }
+    if (bytes.size() != sizeOnDisk && ::ftruncate(file.handle(), off_t(bytes.size())) != 0) {
+        error = systemError();
+        return false;
+    }
+    return flushToDisk(file, error);
+}
 #else
-    if (file.write(bytes) != bytes.size()) {
+qsizetype commonPrefix(const QByteArray&, const QByteArray&)
+{
+    return 0;
+}
+
+bool rewrite(QFile& file, const QByteArray& bytes, qsizetype, qsizetype, QString& error)
+{
+    if (!file.resize(0) || !file.seek(0) || file.write(bytes) != bytes.size()) {
         error = file.errorString();
         return false;
     }
-#endif
     return flushToDisk(file, error);
 }
+#endif
 }
 
 SettingsDocument::Reading SettingsDocument::read(const QString& path)
@@ -178,7 +208,7 @@ SettingsDocument::Reading SettingsDocument::parse(const QByteArray& bytes)
         reading.object = document.object();
 
     reading.state = CeUnusable;
-    if (bytes.trimmed().isEmpty()) {
+    if (std::all_of(bytes.cbegin(), bytes.cend(), [](char c) { return std::isspace(uchar(c)); })) {
         reading.reason = bytes.isEmpty() ? QStringLiteral("the file is empty")
                                          : QStringLiteral("the file holds only blanks");
         return reading;
@@ -187,7 +217,8 @@ SettingsDocument::Reading SettingsDocument::parse(const QByteArray& bytes)
         reading.reason = QStringLiteral("not UTF-8 text (it is UTF-16)");
         return reading;
     }
-    const qsizetype invalid = firstInvalidUtf8(bytes);
+    // Qt's parser refuses malformed UTF-8 itself: the byte-level look only serves a diagnosis.
+    const qsizetype invalid = error.error == QJsonParseError::NoError ? -1 : firstInvalidUtf8(bytes);
     if (invalid >= 0) {
         lineAndColumn(bytes, invalid, reading.line, reading.column);
         reading.reason = QStringLiteral("not UTF-8 text (byte 0x%1)")
@@ -217,9 +248,54 @@ QString SettingsDocument::describe(const Reading& reading, const QString& path)
     return text;
 }
 
+// 64-bit XXH64 of the bytes, as hexadecimal text. A digest only tells whether the file changed
+// since a program read it (nobody gains by forging one), so a hash at memory speed serves better
+// than a cryptographic one: a station's document can be several megabytes.
 QByteArray SettingsDocument::digest(const QByteArray& bytes)
 {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+    constexpr quint64 p1 = 0x9E3779B185EBCA87ULL;
+    constexpr quint64 p2 = 0xC2B2AE3D27D4EB4FULL;
+    constexpr quint64 p3 = 0x165667B19E3779F9ULL;
+    constexpr quint64 p4 = 0x85EBCA77C2B2AE63ULL;
+    constexpr quint64 p5 = 0x27D4EB2F165667C5ULL;
+    const auto rotate = [](quint64 x, int r) { return (x << r) | (x >> (64 - r)); };
+    const auto round = [&](quint64 accumulator, quint64 input) { return rotate(accumulator + input * p2, 31) * p1; };
+    const auto read64 = [](const uchar* p) { quint64 v; std::memcpy(&v, p, 8); return qFromLittleEndian(v); };
+    const auto read32 = [](const uchar* p) { quint32 v; std::memcpy(&v, p, 4); return qFromLittleEndian(v); };
+
+    const auto* p = reinterpret_cast<const uchar*>(bytes.constData());
+    const quint64 length = quint64(bytes.size());
+    const uchar* const end = p + length;
+    quint64 hash;
+    if (length >= 32) {
+        quint64 v1 = p1 + p2, v2 = p2, v3 = 0, v4 = quint64(0) - p1;
+        for (const uchar* limit = end - 32; p <= limit; p += 32) {
+            v1 = round(v1, read64(p));
+            v2 = round(v2, read64(p + 8));
+            v3 = round(v3, read64(p + 16));
+            v4 = round(v4, read64(p + 24));
+        }
+        hash = rotate(v1, 1) + rotate(v2, 7) + rotate(v3, 12) + rotate(v4, 18);
+        for (const quint64 v : {v1, v2, v3, v4})
+            hash = (hash ^ round(0, v)) * p1 + p4;
+    } else {
+        hash = p5;
+    }
+    hash += length;
+    for (; end - p >= 8; p += 8)
+        hash = rotate(hash ^ round(0, read64(p)), 27) * p1 + p4;
+    if (end - p >= 4) {
+        hash = rotate(hash ^ (quint64(read32(p)) * p1), 23) * p2 + p3;
+        p += 4;
+    }
+    for (; p < end; ++p)
+        hash = rotate(hash ^ (*p * p5), 11) * p1;
+    hash ^= hash >> 33;
+    hash *= p2;
+    hash ^= hash >> 29;
+    hash *= p3;
+    hash ^= hash >> 32;
+    return QByteArray::number(hash, 16).rightJustified(16, '0');
 }
 
 SettingsDocument::EnWriteResult SettingsDocument::writeInPlace(const QString& path, const QByteArray& bytes,
@@ -241,7 +317,11 @@ SettingsDocument::EnWriteResult SettingsDocument::writeInPlace(const QString& pa
     makePrivate(path);
 
     QString reason;
-    if (rewrite(file, bytes, reason))
+    // A file that is not read whole is written whole.
+    const qsizetype start = hasPrevious ? commonPrefix(bytes, previous) : 0;
+    if (hasPrevious && start == bytes.size() && bytes.size() == previous.size())
+        return CeWritten;
+    if (rewrite(file, bytes, start, hasPrevious ? previous.size() : -1, reason))
         return CeWritten;
     if (error)
         *error = reason;
@@ -250,8 +330,9 @@ SettingsDocument::EnWriteResult SettingsDocument::writeInPlace(const QString& pa
         QFile::remove(path);
         return CeRestored;
     }
+    // How far the failed write went is not known: the previous bytes go back from where it began.
     QString restoreError;
-    if (hasPrevious && rewrite(file, previous, restoreError))
+    if (hasPrevious && rewrite(file, previous, start, -1, restoreError))
         return CeRestored;
     return CeLost;
 }

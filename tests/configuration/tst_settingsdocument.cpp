@@ -14,6 +14,19 @@ ino_t inodeOf(const QString& path)
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
 }
 
+// What this process handed to write calls so far (the "wchar" line of /proc/self/io).
+qint64 bytesWrittenByThisProcess()
+{
+    QFile io("/proc/self/io");
+    if (!io.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : io.readAll().split('\n')) {
+        if (line.startsWith("wchar: "))
+            return line.mid(7).toLongLong();
+    }
+    return -1;
+}
+
 mode_t modeOf(const QString& path)
 {
     struct stat status;
@@ -71,6 +84,53 @@ private slots:
         QCOMPARE(readFile(station.filePath()), QByteArray("{\"a\": 1}"));
         QCOMPARE(inodeOf(station.filePath()), inode);
         QCOMPARE(int(modeOf(station.filePath())), expected);
+    }
+
+    // Only what follows the first changed byte is written again; the file ends up byte for byte
+    // the new text, in the same inode.
+    void inPlaceWriteRewritesFromTheFirstChange_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<qint64>("written");
+        const QByteArray body(1 << 20, 'x');
+        QTest::newRow("changed near the end") << body + "1}" << body + "22}" << qint64(3);
+        QTest::newRow("shortened") << body + "123}" << body + "}" << qint64(1);
+        QTest::newRow("changed at the start") << "1" + body << "2" + body << qint64(body.size() + 1);
+        QTest::newRow("unchanged") << body << body << qint64(0);
+        QTest::newRow("emptied") << body << QByteArray() << qint64(0);
+    }
+    void inPlaceWriteRewritesFromTheFirstChange()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QFETCH(qint64, written);
+        TestStation station;
+        QVERIFY(station.writeBytes(before));
+        const ino_t inode = inodeOf(station.filePath());
+        const qint64 writtenBefore = bytesWrittenByThisProcess();
+        QCOMPARE(SettingsDocument::writeInPlace(station.filePath(), after), SettingsDocument::CeWritten);
+        QCOMPARE(bytesWrittenByThisProcess() - writtenBefore, written);
+        QCOMPARE(readFile(station.filePath()), after);
+        QCOMPARE(inodeOf(station.filePath()), inode);
+    }
+
+    // The digest is XXH64 (values of its reference implementation).
+    void digest_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("digest");
+        QTest::newRow("empty") << QByteArray() << QByteArray("ef46db3751d8e999");
+        QTest::newRow("one byte") << QByteArray("a") << QByteArray("d24ec4f1a98c6e5b");
+        QTest::newRow("three bytes") << QByteArray("abc") << QByteArray("44bc2cf5ad770999");
+        QTest::newRow("past one stripe") << QByteArray("Nobody inspects the spammish repetition")
+                                         << QByteArray("fbcea83c8a378bf1");
+    }
+    void digest()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, digest);
+        QCOMPARE(SettingsDocument::digest(bytes), digest);
     }
 
     // 55 saves keep the newest 50; equal bytes and unusable documents add no version;
