@@ -26,6 +26,7 @@
 #include "d_zu_configuration.h"
 #include "directories.h"
 #include "folder.h"
+#include "jsonwriter.h"
 #include "settingsdocument.h"
 #include "settingshistory.h"
 #include "station.h"
@@ -65,7 +66,7 @@ QString valueText(const QJsonValue& value)
     case QJsonValue::Double: return QString::number(value.toDouble(), 'g', 15);
     case QJsonValue::Null:
     case QJsonValue::Undefined: return QStringLiteral("-");
-    default: return QString::fromUtf8(QJsonDocument::fromVariant(value.toVariant()).toJson(QJsonDocument::Compact));
+    default: return QString::fromUtf8(JsonWriter::toJson(value));
     }
 }
 
@@ -96,12 +97,11 @@ void printObject(const QJsonObject& object, int indent)
 void printReport(const QJsonObject& report, bool json)
 {
     if (json) {
-        // The bytes as they are: through the text stream a large report would be decoded and
-        // encoded again.
+        // Written as it is produced: through the text stream a large report would be decoded
+        // and encoded again, and held whole.
         out().flush();
-        const QByteArray text = QJsonDocument(report).toJson(QJsonDocument::Indented);
-        std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
         std::fflush(stdout);
+        JsonWriter::write(STDOUT_FILENO, report);
     } else
         printObject(report, 0);
 }
@@ -195,8 +195,8 @@ int cmdStatus(CommandContext& context)
             { "sequenceScriptData", config->storedSequenceScriptData() },
             { "sequenceIoRelations", relations } } },
         { "comments", QJsonObject {
-            { "skip_comments", QJsonArray::fromStringList(config->skipComments()) },
-            { "rework_comments", QJsonArray::fromStringList(config->reworkComments()) } } },
+            { "skip_comments", config->skipCommentsJson() },
+            { "rework_comments", config->reworkCommentsJson() } } },
         { "templates", QJsonObject {
             { "company_logo", config->companyLogo() },
             { "company_address", config->companyAddress() },

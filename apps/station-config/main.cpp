@@ -8,6 +8,7 @@
 
 #include "arguments.h"
 #include "commands.h"
+#include "d_zu_configuration.h"
 #include "station.h"
 #include "toollog.h"
 #include "utilities/installpaths.h"
@@ -171,6 +172,9 @@ int main(int argc, char* argv[])
     }
     if (requested.isEmpty())
         err() << "station-config: using the demo station " << directory << " (choose one with --station DIR or STATION_DIR)\n";
+    // Reading or editing a station's settings does not change this computer's time zone;
+    // choosing a region (set regionalSettings.region) still does.
+    DZuConfiguration::setApplySystemSettingsOnLoad(false);
     Station station(directory);
     const bool writes = command->document == CeWrites || name == QLatin1String("rollback");
     // apply-update must place its package before the library starts; doctor never starts it

@@ -159,7 +159,20 @@ Station::EnSaveResult Station::save(const QString& reason, QString& error,
                                     const std::function<void(QJsonObject&)>& adjust, bool overwrite)
 {
     const QString path = documentPath();
-    const SettingsDocument::Reading onDisk = SettingsDocument::read(path);
+    // The file as this program loaded it is not parsed again.
+    SettingsDocument::Reading onDisk;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly)) {
+        onDisk.bytes = file.readAll();
+        onDisk.digest = SettingsDocument::digest(onDisk.bytes);
+    }
+    const QJsonObject loaded = m_configuration->loadedDocument();
+    if (file.error() == QFileDevice::NoError && !loaded.isEmpty() && onDisk.digest == m_knownDigest) {
+        onDisk.state = SettingsDocument::CeLoaded;
+        onDisk.object = loaded;
+    } else {
+        onDisk = SettingsDocument::read(path);
+    }
     if (onDisk.state == SettingsDocument::CeUnusable) {
         error = SettingsDocument::describe(onDisk, path) + QStringLiteral("; nothing was changed");
         return CeUnusable;

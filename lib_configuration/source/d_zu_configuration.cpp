@@ -1,5 +1,7 @@
 #include "d_zu_configuration.h"
 
+#include "jsonwriter.h"
+
 #include "access/accesscontrolmanager.h"
 #include "core/ddirectoriespaths.h"
 #include "sync/dsyncmanager.h"
@@ -86,14 +88,6 @@ QString stringAt(const QJsonObject& object, const QString& dottedPath, const QSt
     return found ? value.toString(defaultValue) : defaultValue;
 }
 
-QStringList stringListFromArray(const QJsonArray& array)
-{
-    QStringList list;
-    for (const QJsonValue& element : array)
-        list.append(element.toString());
-    return list;
-}
-
 QJsonArray arrayFromStringList(const QStringList& list)
 {
     QJsonArray array;
@@ -166,6 +160,7 @@ DZuConfiguration::InitialSyncSettings DZuConfiguration::readInitialSyncSettings(
 {
     InitialSyncSettings sync;
     sync.reading = SettingsDocument::read(dir + QLatin1Char('/') + fileName);
+    sync.reading.bytes = QByteArray(); // the parse is all the load needs: a large document is not held twice
     const QJsonObject document = sync.reading.state == SettingsDocument::CeLoaded ? sync.reading.object : QJsonObject();
     sync.excludedPatterns = syncExcludedPatternsOf(document, defaultExcludedPatterns());
     sync.intervalMs = syncIntervalMsOf(document, C_defaultSyncIntervalMs);
@@ -223,7 +218,6 @@ DZuConfiguration::DZuConfiguration(const QString& configurationDirectoryPath, co
     m_dateFormats = QStringList{QStringLiteral("DD/MM/YYYY"), QStringLiteral("MM/DD/YYYY"),
                                 QStringLiteral("YYYY-MM-DD")};
     m_hourFormats = QStringList{C_hourFormat24, C_hourFormat12};
-    loadTimeZones();
 
     // A layout chosen by the operator (setKeyboardInput) also becomes the compositor's keymap.
     connect(KeyboardManagement::instance(), &KeyboardManagement::keyboardLayoutApplied, this,
@@ -265,6 +259,7 @@ void DZuConfiguration::setDocumentReading(const SettingsDocument::Reading& readi
     m_documentErrorLine = reading.line;
     m_documentErrorColumn = reading.column;
     m_loadedDocumentDigest = reading.digest;
+    m_loadedDocument = reading.state == SettingsDocument::CeLoaded ? reading.object : QJsonObject();
     if (changed)
         emit documentStateChanged();
 }
@@ -324,8 +319,8 @@ void DZuConfiguration::loadSettings()
     m_reportFooter = templates.value(QStringLiteral("report_footer")).toString();
 
     const QJsonObject comments = m_mainConfig.value(QStringLiteral("comments")).toObject();
-    m_skipComments = stringListFromArray(comments.value(QStringLiteral("skip_comments")).toArray());
-    m_reworkComments = stringListFromArray(comments.value(QStringLiteral("rework_comments")).toArray());
+    m_skipComments.load(comments.value(QStringLiteral("skip_comments")).toArray());
+    m_reworkComments.load(comments.value(QStringLiteral("rework_comments")).toArray());
 
     const QJsonObject sequencer = m_mainConfig.value(QStringLiteral("sequencer")).toObject();
     m_sequenceAutoLaunch = sequencer.value(QStringLiteral("sequenceAutoLaunch")).toBool();
@@ -378,7 +373,8 @@ void DZuConfiguration::loadSettings()
     m_displayDate = regional.value(QStringLiteral("displayDate")).toBool();
     m_displaySeconds = regional.value(QStringLiteral("displaySeconds")).toBool();
 
-    setRegion(m_currentRegion, m_currentCity);
+    if (appliesSystemSettingsOnLoad())
+        setRegion(m_currentRegion, m_currentCity);
 
     const QJsonValue utcOffset = JsonTools::getValue(m_mainConfig, QStringLiteral("system.utcOffset"));
     m_dateTime.setUtcOffset(utcOffset.isDouble() ? roundUtcOffset(utcOffset.toDouble()) : 0);
@@ -464,12 +460,13 @@ bool DZuConfiguration::saveSettings(QJsonObject& root)
 bool DZuConfiguration::saveCompletedSettings(const QJsonObject& root)
 {
     // Serialised before the file is touched; a failed write puts the previous bytes back.
-    const QByteArray text = QJsonDocument(root).toJson(QJsonDocument::Indented);
+    const QByteArray text = JsonWriter::toJson(root);
     QString error;
     switch (SettingsDocument::writeInPlace(documentFilePath(), text, &error)) {
     case SettingsDocument::CeWritten:
         m_lastSaveError.clear();
         m_loadedDocumentDigest = SettingsDocument::digest(text);
+        m_loadedDocument = QJsonObject(); // what a parse of the text gives is not known here
         return true;
     case SettingsDocument::CeCannotOpen:
         m_lastSaveError = error;
@@ -536,8 +533,8 @@ void DZuConfiguration::completeDocument(QJsonObject& root)
     root.insert(QStringLiteral("templates"), templates);
 
     QJsonObject comments;
-    comments.insert(QStringLiteral("skip_comments"), arrayFromStringList(m_skipComments));
-    comments.insert(QStringLiteral("rework_comments"), arrayFromStringList(m_reworkComments));
+    comments.insert(QStringLiteral("skip_comments"), m_skipComments.toJson());
+    comments.insert(QStringLiteral("rework_comments"), m_reworkComments.toJson());
     root.insert(QStringLiteral("comments"), comments);
 
     QJsonObject sequencer;

@@ -2,6 +2,7 @@
 #include "station_configuration_export.h"
 #include <QDate>
 #include <QDateTime>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QMap>
 #include <QObject>
@@ -38,6 +39,14 @@ class DSyncManager;
 //   either fails; the file is made private to its owner (a stricter mode is kept).
 // - History, locking and the refusal to write over an unusable document are the callers'
 //   (SettingsHistory, SettingsLock); the library takes no lock itself.
+// - Comment lists stay in the document's form until their strings are asked for or edited, so
+//   that a load, a status or a save of a station with many comments does not convert them.
+// - loadedDocument() keeps the object of the last load as the file held it, so that a writer
+//   that finds the file unchanged need not parse it again.
+// - A program that only reads or edits the document (the command-line tool) may load it
+//   without applying the system settings (setApplySystemSettingsOnLoad(false)): no time-zone
+//   program runs at start-up; setRegion() still runs it when a region is chosen.
+// - The time-zone table is read on first use of timezones(), regions() or cities().
 class STATION_CONFIGURATION_EXPORT DZuConfiguration : public QObject
 {
     Q_OBJECT
@@ -147,9 +156,12 @@ public:
     // "PATH: REASON at line L, column C" for an unusable document, else empty.
     QString documentDescription() const;
     QString documentFilePath() const;
-    // SHA-1 (hex) of the bytes the last load read or the last save wrote; lets a writer see that the file changed since
-    // (change detection, not security: five times faster than SHA-256 on a large document).
+    // Digest (SettingsDocument::digest) of the bytes the last load read or the last save wrote;
+    // lets a writer see that the file changed since.
     QByteArray loadedDocumentDigest() const { return m_loadedDocumentDigest; }
+    // The document as the last load read it (without what the library adds in memory); empty
+    // when there was none or it was unusable.
+    QJsonObject loadedDocument() const { return m_loadedDocument; }
 
     // Sync settings read straight from the document file (before the document is loaded).
     static int readSyncIntervalMs(const QString& dir, const QString& fileName, int defaultMs);
@@ -261,8 +273,11 @@ public:
     QVariantMap validators() const { return m_validators; }
 
     // --- Comments, sequencer and I/O relations --------------------------------------------
-    QStringList reworkComments() const { return m_reworkComments; }
-    QStringList skipComments() const { return m_skipComments; }
+    QStringList reworkComments() const { return m_reworkComments.strings(); }
+    QStringList skipComments() const { return m_skipComments.strings(); }
+    // The same lists as a save writes them.
+    QJsonArray reworkCommentsJson() const { return m_reworkComments.toJson(); }
+    QJsonArray skipCommentsJson() const { return m_skipComments.toJson(); }
     bool sequenceAutoLaunch() const;
     void setSequenceAutoLaunch(bool enabled);
     bool sequenceAutoSerialNumber() const;
@@ -316,6 +331,9 @@ public:
     // Compositor file rewritten by setKeyMapLayout (default "/etc/xdg/weston/weston.ini").
     static void setCompositorConfigPath(const QString& path);
     static QString compositorConfigPath();
+    // Whether the load hands the document's region to the time-zone program (default true).
+    static void setApplySystemSettingsOnLoad(bool apply);
+    static bool appliesSystemSettingsOnLoad();
     // Reads a time-zone table of "N;Region/City" lines into region -> cities and identifier -> N.
     // False, both maps untouched, when the file cannot be opened.
     static bool loadTimeZoneTable(const QString& path, QMap<QString, QStringList>& table,
@@ -348,7 +366,7 @@ private:
                      const InitialSyncSettings& sync);
 
     // Reads ":/data/timezones.csv" into the time-zone table and index (construction only).
-    void loadTimeZones();
+    void loadTimeZones() const;
     void rebuildUnitLabels();
     void loadPluginDefaults();
     void setDocumentReading(const SettingsDocument::Reading& reading);
@@ -367,6 +385,7 @@ private:
     int m_documentErrorLine = 0;
     int m_documentErrorColumn = 0;
     QByteArray m_loadedDocumentDigest;
+    QJsonObject m_loadedDocument;
     QString m_lastSaveError;
 
     QString m_torqueUnit;
@@ -410,10 +429,27 @@ private:
     QStringList m_hourFormats;
     QStringList m_dateFormats;
     // Region -> its cities, and full time-zone identifier -> integer of its resource line.
-    QMap<QString, QStringList> m_timeZones;
-    QMap<QString, int> m_timeZoneIndex;
-    QStringList m_skipComments;
-    QStringList m_reworkComments;
+    mutable QMap<QString, QStringList> m_timeZones;
+    mutable QMap<QString, int> m_timeZoneIndex;
+    mutable bool m_timeZonesLoaded = false;
+    // A comment list as the document holds it, turned into strings when first asked for.
+    class CommentList
+    {
+    public:
+        void load(const QJsonArray& array);
+        const QStringList& strings() const;
+        QStringList& edit();
+        int size() const { return m_converted ? m_strings.size() : m_array.size(); }
+        QJsonArray toJson() const;
+
+    private:
+        QJsonArray m_array;
+        mutable QStringList m_strings;
+        mutable bool m_converted = false;
+        bool m_edited = false;
+    };
+    CommentList m_skipComments;
+    CommentList m_reworkComments;
     OLM_SequenceIoRelation m_sequenceIoRelations;
     bool m_displayDate = false;
     bool m_displaySeconds = false;

@@ -36,6 +36,12 @@ QString& timeZoneProgram()
     return program;
 }
 
+bool& applySystemSettingsOnLoad()
+{
+    static bool apply = true;
+    return apply;
+}
+
 QString& compositorFilePath()
 {
     static QString path = QStringLiteral("/etc/xdg/weston/weston.ini");
@@ -151,14 +157,40 @@ bool DZuConfiguration::loadTimeZoneTable(const QString& path, QMap<QString, QStr
     return true;
 }
 
-void DZuConfiguration::loadTimeZones()
+void DZuConfiguration::loadTimeZones() const
 {
-    loadTimeZoneTable(C_timeZoneResource, m_timeZones, m_timeZoneIndex);
+    if (!m_timeZonesLoaded)
+        loadTimeZoneTable(C_timeZoneResource, m_timeZones, m_timeZoneIndex);
+    m_timeZonesLoaded = true;
 }
 
-QStringList DZuConfiguration::timezones() const { return m_timeZoneIndex.keys(); }
-QStringList DZuConfiguration::regions() const { return m_timeZones.keys(); }
-QStringList DZuConfiguration::cities() const { return m_timeZones.value(m_currentRegion); }
+QStringList DZuConfiguration::timezones() const
+{
+    loadTimeZones();
+    return m_timeZoneIndex.keys();
+}
+
+QStringList DZuConfiguration::regions() const
+{
+    loadTimeZones();
+    return m_timeZones.keys();
+}
+
+QStringList DZuConfiguration::cities() const
+{
+    loadTimeZones();
+    return m_timeZones.value(m_currentRegion);
+}
+
+void DZuConfiguration::setApplySystemSettingsOnLoad(bool apply)
+{
+    applySystemSettingsOnLoad() = apply;
+}
+
+bool DZuConfiguration::appliesSystemSettingsOnLoad()
+{
+    return applySystemSettingsOnLoad();
+}
 
 // --- Time zone and formats ------------------------------------------------------------------
 

@@ -3,6 +3,10 @@
 
 #include "utilities/logline.h"
 
+#include <QCborArray>
+
+#include <algorithm>
+
 namespace {
 const char C_source[] = "lib_configuration/source/d_zu_configuration";
 
@@ -30,6 +34,49 @@ bool removeComment(QStringList& comments, int index)
     comments.removeAt(index);
     return true;
 }
+}
+
+// --- Comment lists as the document holds them ----------------------------------------------
+
+void DZuConfiguration::CommentList::load(const QJsonArray& array)
+{
+    m_array = array;
+    m_strings.clear();
+    m_converted = false;
+    m_edited = false;
+}
+
+// An element that is not a string reads as the empty text, as it always has.
+const QStringList& DZuConfiguration::CommentList::strings() const
+{
+    if (!m_converted) {
+        m_strings.reserve(m_array.size());
+        for (const QCborValue& element : QCborArray::fromJsonArray(m_array))
+            m_strings.append(element.toString());
+        m_converted = true;
+    }
+    return m_strings;
+}
+
+QStringList& DZuConfiguration::CommentList::edit()
+{
+    strings();
+    m_edited = true;
+    m_array = QJsonArray();
+    return m_strings;
+}
+
+QJsonArray DZuConfiguration::CommentList::toJson() const
+{
+    if (!m_edited) {
+        const QCborArray elements = QCborArray::fromJsonArray(m_array);
+        if (std::all_of(elements.cbegin(), elements.cend(), [](const QCborValue& element) { return element.isString(); }))
+            return m_array;
+    }
+    QJsonArray array;
+    for (const QString& text : strings())
+        array.append(text);
+    return array;
 }
 
 // --- Sequence I/O relations -----------------------------------------------------------------
@@ -107,7 +154,7 @@ QString DZuConfiguration::getReworkCommentFromIndex(int index)
         LogLine::critical(this, C_source, __LINE__, QStringLiteral("ERROR: index out of rage"));
         return QString();
     }
-    return m_reworkComments.at(index);
+    return m_reworkComments.strings().at(index);
 }
 
 QString DZuConfiguration::getSkipCommentFromIndex(int index)
@@ -116,41 +163,41 @@ QString DZuConfiguration::getSkipCommentFromIndex(int index)
         LogLine::critical(this, C_source, __LINE__, QStringLiteral("ERROR: index out of rage"));
         return QString();
     }
-    return m_skipComments.at(index);
+    return m_skipComments.strings().at(index);
 }
 
 void DZuConfiguration::addSkipComment(const QString& text)
 {
-    if (addComment(m_skipComments, text))
+    if (addComment(m_skipComments.edit(), text))
         emit sigConfigurationChanged();
 }
 
 void DZuConfiguration::addReworkComment(const QString& text)
 {
-    if (addComment(m_reworkComments, text))
+    if (addComment(m_reworkComments.edit(), text))
         emit sigConfigurationChanged();
 }
 
 void DZuConfiguration::editSkipComment(int index, const QString& text)
 {
-    if (editComment(m_skipComments, index, text))
+    if (editComment(m_skipComments.edit(), index, text))
         emit sigConfigurationChanged();
 }
 
 void DZuConfiguration::editReworkComment(int index, const QString& text)
 {
-    if (editComment(m_reworkComments, index, text))
+    if (editComment(m_reworkComments.edit(), index, text))
         emit sigConfigurationChanged();
 }
 
 void DZuConfiguration::removeSkipComment(int index)
 {
-    if (removeComment(m_skipComments, index))
+    if (removeComment(m_skipComments.edit(), index))
         emit sigConfigurationChanged();
 }
 
 void DZuConfiguration::removeReworkComment(int index)
 {
-    if (removeComment(m_reworkComments, index))
+    if (removeComment(m_reworkComments.edit(), index))
         emit sigConfigurationChanged();
 }

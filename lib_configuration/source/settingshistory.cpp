@@ -7,6 +7,9 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QCborArray>
+#include <QCborMap>
+#include <QCborValue>
 #include <QRegularExpression>
 #include <QSaveFile>
 
@@ -117,7 +120,7 @@ bool SettingsHistory::record(const SettingsDocument::Reading& current, const QJs
     const QStringList files = versionFiles();
     if (!files.isEmpty()) {
         QFile newest(files.first());
-        if (newest.open(QIODevice::ReadOnly) && newest.readAll() == document)
+        if (newest.size() == document.size() && newest.open(QIODevice::ReadOnly) && newest.readAll() == document)
             return true;
     }
 
@@ -230,30 +233,48 @@ QStringList SettingsHistory::changedKeys(const QJsonObject& before, const QJsonO
 }
 
 namespace {
-bool isSecret(const QJsonValue& value, const QString& key)
+bool isSecretKey(const QString& key)
 {
-    return key.contains(QLatin1String("password"), Qt::CaseInsensitive) && !value.isObject() && !value.isArray()
-        && !value.isUndefined() && !value.toString().isEmpty();
+    return key.contains(QLatin1String("password"), Qt::CaseInsensitive);
 }
 
-// A read-only look first: only containers that hold a secret are rebuilt (replacing elements
-// of a large array one by one would copy the array each time).
-bool holdsSecret(const QJsonValue& value, const QString& key)
+bool isSecret(const QJsonValue& value, const QString& key)
 {
-    if (isSecret(value, key))
-        return true;
-    if (value.isObject()) {
-        const QJsonObject object = value.toObject();
-        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
-            if (holdsSecret(it.value(), it.key()))
-                return true;
-    } else if (value.isArray()) {
-        const QJsonArray array = value.toArray();
-        for (const QJsonValue& element : array)
-            if (holdsSecret(element, key))
-                return true;
+    return isSecretKey(key) && !value.isObject() && !value.isArray() && !value.isUndefined()
+        && !value.toString().isEmpty();
+}
+
+bool holdsSecret(const QCborValue& value, bool secretKey);
+
+// A read-only look first: only containers that hold a secret are rebuilt (replacing elements
+// of a large array one by one would copy the array each time). The key is looked at once per
+// container, not once per element of a long list of texts.
+bool holdsSecret(const QCborMap& map)
+{
+    for (auto it = map.constBegin(); it != map.constEnd(); ++it) {
+        if (holdsSecret(it.value(), isSecretKey(it.key().toString())))
+            return true;
     }
     return false;
+}
+
+bool holdsSecret(const QCborValue& value, bool secretKey)
+{
+    if (value.isMap())
+        return holdsSecret(value.toMap());
+    if (value.isArray()) {
+        for (const QCborValue& element : value.toArray()) {
+            if (holdsSecret(element, secretKey))
+                return true;
+        }
+        return false;
+    }
+    return secretKey && !value.isUndefined() && !value.toString().isEmpty();
+}
+
+bool holdsSecret(const QJsonValue& value, const QString& key)
+{
+    return holdsSecret(QCborValue::fromJsonValue(value), isSecretKey(key));
 }
 }
 
