@@ -7,9 +7,12 @@
 #include <QJsonDocument>
 #include <QSet>
 
+#include <unistd.h>
+
 #include "d_zu_configuration.h"
 #include "directories.h"
 #include "folder.h"
+#include "jsonwriter.h"
 #include "station.h"
 
 int cmdFolders(CommandContext& context)
@@ -63,19 +66,19 @@ int cmdFolders(CommandContext& context)
     for (const auto& folder : directories->folders()->list()) {
         if (!folder)
             continue;
-        QJsonObject row {
-            { "id", folder->id() },
-            { "type", folder->type() },
-            { "alias", folder->aliasName() },
-            { "displayPath", folder->displayPath() },
-            { "role", directories->getRoleOfFolder(folder->id()) },
-            { "enabled", folder->isEnabled() },
-            // A share's mount point exists before the share is mounted: the registry's
-            // connected flag says whether it is.
-            { "available", folder->type() == QLatin1String("samba")
-                               ? directories->networkStorage().value(folder->aliasName())
-                               : folder->isAvailable() },
-        };
+        // Keys inserted in their sorted order: each one goes to the end of the object.
+        QJsonObject row;
+        row.insert(QLatin1String("alias"), folder->aliasName());
+        // A share's mount point exists before the share is mounted: the registry's connected
+        // flag says whether it is.
+        row.insert(QLatin1String("available"), folder->type() == QLatin1String("samba")
+                                                   ? directories->networkStorage().value(folder->aliasName())
+                                                   : folder->isAvailable());
+        row.insert(QLatin1String("displayPath"), folder->displayPath());
+        row.insert(QLatin1String("enabled"), folder->isEnabled());
+        row.insert(QLatin1String("id"), folder->id());
+        row.insert(QLatin1String("role"), directories->getRoleOfFolder(folder->id()));
+        row.insert(QLatin1String("type"), folder->type());
         if (lastState.contains(folder->aliasName()))
             row.insert(QStringLiteral("state"), lastState.value(folder->aliasName()));
         if (lastError.contains(folder->aliasName()))
@@ -92,7 +95,8 @@ int cmdFolders(CommandContext& context)
         return int(CeExitTimedOut);
     };
     if (context.json) {
-        out() << QJsonDocument(rows).toJson(QJsonDocument::Indented);
+        out().flush();
+        JsonWriter::write(STDOUT_FILENO, rows);
         return finish();
     }
     const QString format = QStringLiteral("%1  %2  %3  %4  %5  %6  %7\n");

@@ -29,6 +29,12 @@ const char C_keyIdentifier[] = "identifier";
 const char C_keyPassword[] = "password";
 const char C_keyEnabled[] = "enabled";
 
+// A folder is enabled unless the document says otherwise, in any form a variant reads as false.
+bool enabledOf(const QJsonValue& value)
+{
+    return value.isUndefined() || value.toVariant().toBool();
+}
+
 const char C_roleUndefined[] = "undefined";
 
 // Polling interval of every folder the registry creates.
@@ -170,17 +176,26 @@ void Directories::loadSettings(QJsonValue& value)
 
     const QJsonArray folders = section.value(QLatin1String(C_keyFolders)).toArray();
     for (const QJsonValue& element : folders) {
-        const QVariantMap fields = element.toObject().toVariantMap();
-        const QString escape = Folder::storageEscape(fields.value(QLatin1String(C_keyType)).toString(),
-                                                     fields.value(QLatin1String(C_keyAliasName)).toString(),
-                                                     fields.value(QLatin1String(C_keyPath)).toString());
+        const QJsonObject fields = element.toObject();
+        // Read as variants, as they always were: a number given for a text still reads as its digits.
+        const auto text = [&fields](const char* key) {
+            const QJsonValue value = fields.value(QLatin1String(key));
+            return value.isString() ? value.toString() : value.toVariant().toString();
+        };
+        const QString type = text(C_keyType);
+        const QString aliasName = text(C_keyAliasName);
+        const QString path = text(C_keyPath);
+        const QString escape = Folder::storageEscape(type, aliasName, path);
         if (!escape.isEmpty()) {
             // The document may come from an update package: such a folder is never created.
             LogLine::critical(this, C_sourceFile, __LINE__,
                               QStringLiteral("[Directories] Folder skipped, outside its storage:"), escape);
             continue;
         }
-        const QSharedPointer<Folder> folder = addNewFolderAlias(fields);
+        // Passwords in the settings document are in their stored (obfuscated) form.
+        const QSharedPointer<Folder> folder = addNewFolderAlias(
+            type, text(C_keyId), aliasName, path, text(C_keyDomain), text(C_keyAddress), text(C_keyIdentifier),
+            text(C_keyPassword), enabledOf(fields.value(QLatin1String(C_keyEnabled))), true);
         if (!folder)
             continue;
         if (folder->isEnabled()) {

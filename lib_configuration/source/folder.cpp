@@ -1,4 +1,6 @@
 #include "folder.h"
+
+#include <algorithm>
 #include "directories.h"
 #include "utilities/logline.h"
 
@@ -6,7 +8,6 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QQmlEngine>
-#include <QRegularExpression>
 #include <QThread>
 #include <QUuid>
 
@@ -36,11 +37,20 @@ QVariantMap roleRow(int value, const QString& id)
     return QVariantMap{{C_keyValue, value}, {C_keyId, id}};
 }
 
+// What QDir::cleanPath gives, without its work for a path that has nothing to clean.
+QString cleaned(const QString& path)
+{
+    const bool clean = !path.contains(QLatin1String("//")) && !path.contains(QLatin1Char('\\'))
+        && !path.contains(QLatin1String("/.")) && !path.startsWith(QLatin1Char('.'))
+        && (path.size() <= 1 || !path.endsWith(QLatin1Char('/')));
+    return clean ? path : QDir::cleanPath(path);
+}
+
 // Whether `path`, cleaned, is `root` (when `mayBeRoot`) or lies below it.
 bool liesInside(const QString& root, const QString& path, bool mayBeRoot)
 {
-    const QString cleanRoot = QDir::cleanPath(root);
-    const QString cleanPath = QDir::cleanPath(path);
+    const QString cleanRoot = cleaned(root);
+    const QString cleanPath = cleaned(path);
     if (cleanPath == cleanRoot)
         return mayBeRoot;
     return cleanPath.startsWith(cleanRoot.endsWith(QLatin1Char('/')) ? cleanRoot : cleanRoot + QLatin1Char('/'));
@@ -66,11 +76,7 @@ const QList<QVariantMap> Folder::c_folderRoles = {
 
 Folder::Folder()
     : m_crypt(C_cryptKey)
-    , m_availabilityTimer(this)
 {
-    m_availabilityTimer.setSingleShot(true);
-    m_availabilityTimer.setInterval(m_pollingInterval);
-    connect(&m_availabilityTimer, &QTimer::timeout, this, &Folder::updateAvailability);
 }
 
 Folder::Folder(const QString& type, const QString& id, int pollingInterval)
@@ -83,7 +89,8 @@ Folder::Folder(const QString& type, const QString& id, int pollingInterval)
 
 Folder::~Folder()
 {
-    m_availabilityTimer.stop();
+    if (m_availabilityTimer)
+        m_availabilityTimer->stop();
     if (m_shareManager) {
         // A folder on its way out reports nothing more.
         disconnect(m_shareManager, nullptr, this, nullptr);
@@ -231,7 +238,8 @@ void Folder::setPollingInterval(int pollingInterval)
     if (pollingInterval == m_pollingInterval)
         return;
     m_pollingInterval = qMax(pollingInterval, C_minimumPollingInterval);
-    m_availabilityTimer.setInterval(m_pollingInterval);
+    if (m_availabilityTimer)
+        m_availabilityTimer->setInterval(m_pollingInterval);
 }
 
 QJsonObject Folder::toJsonObject() const
@@ -323,10 +331,13 @@ QString Folder::typeName() const
 
 QString Folder::typeAlias() const
 {
-    for (const QVariantMap& row : c_folderTypes) {
-        if (row.value(C_keyId).toString() == m_type)
-            return row.value(C_keyAliasName).toString();
-    }
+    // The prefixes of c_folderTypes.
+    if (m_type == C_typeInternal)
+        return QStringLiteral("int://");
+    if (m_type == C_typeRemovable)
+        return QStringLiteral("usb://");
+    if (m_type == C_typeNetwork)
+        return QStringLiteral("ext://");
     return QString();
 }
 
@@ -345,18 +356,21 @@ bool Folder::isValidPath(const QString& path)
 
 QString Folder::storageEscape(const QString& type, const QString& aliasName, const QString& path)
 {
-    static const QRegularExpression separators(QStringLiteral("[/\\\\]"));
+    const auto isSeparator = [](QChar c) { return c == QLatin1Char('/') || c == QLatin1Char('\\'); };
     if (type == C_typeNetwork) {
         if (aliasName.isEmpty() || aliasName == QLatin1String(".") || aliasName == QLatin1String(".."))
             return QStringLiteral("network folder name \"%1\" is no directory name").arg(aliasName);
-        if (aliasName.contains(separators))
+        if (std::any_of(aliasName.cbegin(), aliasName.cend(), isSeparator))
             return QStringLiteral("network folder name \"%1\" holds a separator").arg(aliasName);
         return QString();
     }
     if (type != C_typeInternal && type != C_typeRemovable)
         return QString();
-    if (path.split(separators).contains(QStringLiteral("..")))
-        return QStringLiteral("path \"%1\" climbs out with \"..\"").arg(path);
+    // A ".." between separators (or at either end).
+    for (int i = path.indexOf(QLatin1String("..")); i >= 0; i = path.indexOf(QLatin1String(".."), i + 1)) {
+        if ((i == 0 || isSeparator(path.at(i - 1))) && (i + 2 == path.size() || isSeparator(path.at(i + 2))))
+            return QStringLiteral("path \"%1\" climbs out with \"..\"").arg(path);
+    }
     const bool hasDrive = path.size() > 1 && path.at(0).isLetter() && path.at(1) == QLatin1Char(':');
     if (type == C_typeInternal && (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\')) || hasDrive))
         return QStringLiteral("internal path \"%1\" is absolute").arg(path);
@@ -440,7 +454,13 @@ void Folder::updateAvailability()
     if (m_type == C_typeRemovable && m_removableConnected) {
         availability = isValidPath(mountedPath());
         // Polls for as long as the drive stays connected.
-        m_availabilityTimer.start();
+        if (!m_availabilityTimer) {
+            m_availabilityTimer = new QTimer(this);
+            m_availabilityTimer->setSingleShot(true);
+            m_availabilityTimer->setInterval(m_pollingInterval);
+            connect(m_availabilityTimer, &QTimer::timeout, this, &Folder::updateAvailability);
+        }
+        m_availabilityTimer->start();
     } else if (m_type == C_typeNetwork && m_shareManager && m_shareManager->isMounted()) {
         availability = isValidPath(mountedPath());
         if (!availability) {

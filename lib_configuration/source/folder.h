@@ -214,7 +214,8 @@ private:
     mutable QMap<QString, int> m_roleIndexById;
     SimpleCrypt m_crypt;
     QPointer<WindowsShareManager> m_shareManager;
-    QTimer m_availabilityTimer;
+    // Made when a removable folder first polls: most folders never need one.
+    QTimer* m_availabilityTimer = nullptr;
     bool m_removableConnected = false;
     bool m_isAvailable = false;
     int m_pollingInterval = C_defaultPollingInterval;
