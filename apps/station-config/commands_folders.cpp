@@ -6,6 +6,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
+#include <QVector>
+
+#include <cstdio>
 
 #include <unistd.h>
 
@@ -62,28 +65,23 @@ int cmdFolders(CommandContext& context)
     if (waitSeconds > 0)
         timedOut = !waitForNetworkFolders(directories, failedPermanently, waitSeconds * 1000);
 
-    QJsonArray rows;
+    struct Row {
+        QString id, type, alias, displayPath, role, state, error;
+        bool enabled, available, hasState, hasError;
+    };
+    QVector<Row> rows;
     for (const auto& folder : directories->folders()->list()) {
         if (!folder)
             continue;
-        // Keys inserted in their sorted order: each one goes to the end of the object.
-        QJsonObject row;
-        row.insert(QLatin1String("alias"), folder->aliasName());
-        // A share's mount point exists before the share is mounted: the registry's connected
-        // flag says whether it is.
-        row.insert(QLatin1String("available"), folder->type() == QLatin1String("samba")
-                                                   ? directories->networkStorage().value(folder->aliasName())
-                                                   : folder->isAvailable());
-        row.insert(QLatin1String("displayPath"), folder->displayPath());
-        row.insert(QLatin1String("enabled"), folder->isEnabled());
-        row.insert(QLatin1String("id"), folder->id());
-        row.insert(QLatin1String("role"), directories->getRoleOfFolder(folder->id()));
-        row.insert(QLatin1String("type"), folder->type());
-        if (lastState.contains(folder->aliasName()))
-            row.insert(QStringLiteral("state"), lastState.value(folder->aliasName()));
-        if (lastError.contains(folder->aliasName()))
-            row.insert(QStringLiteral("error"), lastError.value(folder->aliasName()));
-        rows.append(row);
+        const QString alias = folder->aliasName();
+        rows.append(Row { folder->id(), folder->type(), alias, folder->displayPath(),
+                          directories->getRoleOfFolder(folder->id()), lastState.value(alias), lastError.value(alias),
+                          folder->isEnabled(),
+                          // A share's mount point exists before the share is mounted: the
+                          // registry's connected flag says whether it is.
+                          folder->type() == QLatin1String("samba") ? directories->networkStorage().value(alias)
+                                                                   : folder->isAvailable(),
+                          lastState.contains(alias), lastError.contains(alias) });
     }
 
     // Exit 4 with one line naming the shares still unsettled when the wait ran out.
@@ -95,25 +93,51 @@ int cmdFolders(CommandContext& context)
         return int(CeExitTimedOut);
     };
     if (context.json) {
+        // Written as QJsonDocument lays out an array of objects (keys in sorted order), without
+        // building a thousand objects first.
+        QByteArray text("[\n");
+        const auto field = [&text](const char* key, const QByteArray& value, bool last = false) {
+            text += "        \"";
+            text += key;
+            text += "\": ";
+            text += value;
+            text += last ? "\n" : ",\n";
+        };
+        const auto boolean = [](bool value) { return QByteArray(value ? "true" : "false"); };
+        for (int i = 0; i < rows.size(); ++i) {
+            const Row& row = rows.at(i);
+            text += "    {\n";
+            field("alias", JsonWriter::quoted(row.alias));
+            field("available", boolean(row.available));
+            field("displayPath", JsonWriter::quoted(row.displayPath));
+            field("enabled", boolean(row.enabled));
+            if (row.hasError)
+                field("error", JsonWriter::quoted(row.error));
+            field("id", JsonWriter::quoted(row.id));
+            field("role", JsonWriter::quoted(row.role));
+            if (row.hasState)
+                field("state", JsonWriter::quoted(row.state));
+            field("type", JsonWriter::quoted(row.type), true);
+            text += i + 1 < rows.size() ? "    },\n" : "    }\n";
+        }
+        text += "]\n";
         out().flush();
-        JsonWriter::write(STDOUT_FILENO, rows);
+        std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+        std::fflush(stdout);
         return finish();
     }
     const QString format = QStringLiteral("%1  %2  %3  %4  %5  %6  %7\n");
     out() << format.arg(QStringLiteral("ID"), -38).arg(QStringLiteral("TYPE"), -8).arg(QStringLiteral("ALIAS"), -16)
                  .arg(QStringLiteral("PATH"), -40).arg(QStringLiteral("ROLE"), -12).arg(QStringLiteral("ENABLED"), -7)
                  .arg(QStringLiteral("AVAILABLE"));
-    for (const QJsonValue& value : rows) {
-        const QJsonObject row = value.toObject();
-        QString available = row.value("available").toBool() ? QStringLiteral("yes") : QStringLiteral("no");
-        if (row.contains("error"))
-            available += QStringLiteral(" (") + row.value("error").toString() + QLatin1Char(')');
-        else if (row.contains("state") && !row.value("available").toBool())
-            available += QStringLiteral(" (") + row.value("state").toString() + QLatin1Char(')');
-        out() << format.arg(row.value("id").toString(), -38).arg(row.value("type").toString(), -8)
-                     .arg(row.value("alias").toString(), -16).arg(row.value("displayPath").toString(), -40)
-                     .arg(row.value("role").toString(), -12)
-                     .arg(row.value("enabled").toBool() ? QStringLiteral("yes") : QStringLiteral("no"), -7)
+    for (const Row& row : rows) {
+        QString available = row.available ? QStringLiteral("yes") : QStringLiteral("no");
+        if (row.hasError)
+            available += QStringLiteral(" (") + row.error + QLatin1Char(')');
+        else if (row.hasState && !row.available)
+            available += QStringLiteral(" (") + row.state + QLatin1Char(')');
+        out() << format.arg(row.id, -38).arg(row.type, -8).arg(row.alias, -16).arg(row.displayPath, -40)
+                     .arg(row.role, -12).arg(row.enabled ? QStringLiteral("yes") : QStringLiteral("no"), -7)
                      .arg(available);
     }
     out().flush();

@@ -267,9 +267,9 @@ QSharedPointer<Folder> Directories::addNewFolderAlias(const QString& type, const
                                                       const QString& identifier, const QString& password,
                                                       bool enabled, bool passwordEncrypted)
 {
-    const QSharedPointer<Folder> folder = Folder::configure(type, id, aliasName, path, domain, address, identifier,
-                                                            password, enabled, passwordEncrypted,
-                                                            C_folderPollingIntervalMs);
+    const QSharedPointer<Folder> folder = Folder::configureUnmade(type, id, aliasName, path, domain, address,
+                                                                  identifier, password, enabled, passwordEncrypted,
+                                                                  C_folderPollingIntervalMs);
     if (!folder) {
         sendError(CeDeFolderInstanceCreation, aliasName);
         return QSharedPointer<Folder>();

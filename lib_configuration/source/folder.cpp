@@ -37,13 +37,20 @@ QVariantMap roleRow(int value, const QString& id)
     return QVariantMap{{C_keyValue, value}, {C_keyId, id}};
 }
 
-// What QDir::cleanPath gives, without its work for a path that has nothing to clean.
+// What QDir::cleanPath gives, without its work for a path that has nothing to clean: no empty,
+// "." or ".." component, no backslash, no trailing separator.
 QString cleaned(const QString& path)
 {
-    const bool clean = !path.contains(QLatin1String("//")) && !path.contains(QLatin1Char('\\'))
-        && !path.contains(QLatin1String("/.")) && !path.startsWith(QLatin1Char('.'))
-        && (path.size() <= 1 || !path.endsWith(QLatin1Char('/')));
-    return clean ? path : QDir::cleanPath(path);
+    const QChar* p = path.constData();
+    const int size = path.size();
+    for (int i = 0; i < size; ++i) {
+        const ushort c = p[i].unicode();
+        const bool componentStart = i == 0 || p[i - 1] == QLatin1Char('/');
+        if (c == '\\' || (c == '/' && i > 0 && (p[i - 1] == QLatin1Char('/') || i == size - 1))
+            || (c == '.' && componentStart))
+            return QDir::cleanPath(path);
+    }
+    return path;
 }
 
 // Whether `path`, cleaned, is `root` (when `mayBeRoot`) or lies below it.
@@ -106,6 +113,18 @@ QSharedPointer<Folder> Folder::configure(const QString& type, const QString& id,
 {
     auto* folder = new Folder(type, id, pollingInterval);
     folder->update(type, aliasName, path, domain, address, identifier, password, enabled, passwordEncrypted);
+    return QSharedPointer<Folder>(folder);
+}
+
+QSharedPointer<Folder> Folder::configureUnmade(const QString& type, const QString& id, const QString& aliasName,
+                                               const QString& path, const QString& domain, const QString& address,
+                                               const QString& identifier, const QString& password, bool enabled,
+                                               bool passwordEncrypted, int pollingInterval)
+{
+    auto* folder = new Folder(type, id, pollingInterval);
+    folder->m_makeDeferred = true;
+    folder->update(type, aliasName, path, domain, address, identifier, password, enabled, passwordEncrypted);
+    folder->m_makeDeferred = false;
     return QSharedPointer<Folder>(folder);
 }
 
@@ -174,8 +193,10 @@ bool Folder::update(const QString& type, const QString& aliasName, const QString
     if (!changed)
         return false;
 
-    dropShareManager();
-    make();
+    if (!m_makeDeferred) {
+        dropShareManager();
+        make();
+    }
     emit sigChanged();
     return true;
 }

@@ -120,6 +120,12 @@ public:
                                             const QString& identifier, const QString& password, bool enabled,
                                             bool passwordEncrypted, int pollingInterval);
 
+    // As configure(), without making the folder: the registry connects it first, then makes it once.
+    static QSharedPointer<Folder> configureUnmade(const QString& type, const QString& id, const QString& aliasName,
+                                                  const QString& path, const QString& domain, const QString& address,
+                                                  const QString& identifier, const QString& password, bool enabled,
+                                                  bool passwordEncrypted, int pollingInterval);
+
     bool update(const QString& type, const QString& aliasName, const QString& path, const QString& domain,
                 const QString& address, const QString& identifier, const QString& password, bool enabled,
                 bool passwordEncrypted);
@@ -220,4 +226,5 @@ private:
     bool m_isAvailable = false;
     int m_pollingInterval = C_defaultPollingInterval;
     bool m_enabled = true;
+    bool m_makeDeferred = false; // configureUnmade(): update() leaves make() to the caller
 };

@@ -34,10 +34,10 @@ inline char hexDigit(uint value)
 class Output
 {
 public:
-    explicit Output(int fd)
+    explicit Output(int fd, int capacity = 4096)
         : m_fd(fd)
     {
-        m_buffer.resize(fd >= 0 ? C_flushSize : 4096);
+        m_buffer.resize(fd >= 0 ? int(C_flushSize) : capacity);
     }
 
     // Room for `bytes` more at the cursor.
@@ -283,6 +283,13 @@ QByteArray JsonWriter::toJson(const QJsonArray& array, QJsonDocument::JsonFormat
 {
     Output out(-1);
     writeDocument(out, array, format);
+    return out.take();
+}
+
+QByteArray JsonWriter::quoted(const QString& text)
+{
+    Output out(-1, 6 * text.size() + 2);
+    writeString(out, text);
     return out.take();
 }
 

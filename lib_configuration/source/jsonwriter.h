@@ -17,6 +17,8 @@ public:
     static QByteArray toJson(const QJsonArray& array, QJsonDocument::JsonFormat format = QJsonDocument::Indented);
     // One value on its own, as it would stand in a compact document ("[1,2]", "\"text\"").
     static QByteArray toJson(const QJsonValue& value);
+    // A string as it stands in such a document, quotes included.
+    static QByteArray quoted(const QString& text);
     // The same text written to a descriptor as it is produced, through a buffer of bounded size;
     // false with errno set when a write fails.
     static bool write(int fd, const QJsonObject& object, QJsonDocument::JsonFormat format = QJsonDocument::Indented);

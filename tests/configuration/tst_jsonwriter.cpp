@@ -40,6 +40,8 @@ private slots:
             QCOMPARE(JsonWriter::toJson(array, format), QJsonDocument(array).toJson(format));
         }
         QCOMPARE(JsonWriter::toJson(QJsonValue(array)), QJsonDocument(array).toJson(QJsonDocument::Compact));
+        const QString string = object.value("s").toString();
+        QCOMPARE(JsonWriter::quoted(string), QJsonDocument(QJsonArray {QJsonValue(string)}).toJson(QJsonDocument::Compact).chopped(1).mid(1));
     }
 
     // A document larger than the writer's buffer reaches a descriptor whole.
