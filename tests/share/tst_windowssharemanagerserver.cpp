@@ -5,7 +5,9 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <memory>
+#include <thread>
 
 namespace {
 const int C_timeoutMs = 20000;
@@ -153,6 +155,41 @@ private Q_SLOTS:
         QCOMPARE(connection.count(), 2);
         QCOMPARE(connection.at(1).at(1).toBool(), false);
         QVERIFY(log.matching(m_server.password()).isEmpty());
+    }
+
+    // The kernel sends a file's release without waiting for it, and the helper serves requests
+    // on several connections: a rename of a path waits until the files open there are released,
+    // since the server refuses to rename an open file. Here the file is closed half a second
+    // after the rename began: the rename waits for it, then succeeds.
+    void renameWaitsForTheRelease()
+    {
+        auto share = manager(QStringLiteral("Busy"), m_server.password());
+        QSignalSpy connection(share.get(), &WindowsShareManager::connectionChanged);
+        share->start();
+        QVERIFY(connection.wait(C_timeoutMs) && share->isMounted());
+        const QString part = share->mountPoint() + QStringLiteral("/result.part");
+        const QString done = share->mountPoint() + QStringLiteral("/result.csv");
+        QFile open(part);
+        QVERIFY(open.open(QIODevice::WriteOnly) && open.write("12.5;ok\n") == 8 && open.flush());
+        QElapsedTimer clock;
+        clock.start();
+        std::atomic_bool finished {false};
+        bool moved = false;
+        std::thread mover([&] {
+            moved = QFile::rename(part, done);
+            finished = true;
+        });
+        QThread::msleep(500);
+        const bool finishedWhileOpen = finished;
+        open.close();
+        mover.join();
+        QVERIFY2(!finishedWhileOpen, "the operation did not wait for the release");
+        QVERIFY(moved);
+        QVERIFY(clock.elapsed() >= 400);
+        QVERIFY(QFileInfo::exists(m_server.shareDirectory() + QStringLiteral("/result.csv")));
+        QVERIFY(!QFileInfo::exists(m_server.shareDirectory() + QStringLiteral("/result.part")));
+        QFile::remove(m_server.shareDirectory() + QStringLiteral("/result.csv"));
+        share->umountWindowsShare();
     }
 
     void wrongPasswordFailsPermanently()

@@ -1,7 +1,8 @@
 /*
  * station-smbmount: mounts one SMB share at one mount point in user space.
  *
- *   station-smbmount [-c CREDENTIALS_FILE] [-o FUSE_OPTIONS] [-t TIMEOUT_MS] //server[:port]/share[/dir] MOUNTPOINT
+ *   station-smbmount [-c CREDENTIALS_FILE] [-o FUSE_OPTIONS] [-t TIMEOUT_MS] [-n WORKERS]
+ *                    //server[:port]/share[/dir] MOUNTPOINT
  *
  * Credentials are lines "username=...", "password=..." and "domain=..." read from
  * CREDENTIALS_FILE (which must not be readable by group or others) or, without -c, from
@@ -11,14 +12,21 @@
  * share or an unreachable server end the program with a message on stderr and a non-zero
  * exit code (2 access denied, 3 server unreachable, 4 share not found, 5 other error,
  * 6 mount failed, 1 usage). Once mounted, "ready" is written on stdout and the program
- * serves the mount in the foreground on one thread (a libsmbclient context is not
- * thread-safe) until it is unmounted or receives SIGTERM/SIGINT.
+ * serves the mount in the foreground until it is unmounted or receives SIGTERM/SIGINT.
+ *
+ * A libsmbclient context answers one call at a time and is not thread-safe: requests are
+ * served by WORKERS processes of this program (-n, default 4), each with its own context and
+ * connection (smbmount-forward.c), so that several files are copied at once. A file's release,
+ * which the kernel sends without waiting, is served before a rename or unlink of the same path
+ * that may arrive meanwhile: the server would refuse those as a sharing violation.
  */
 #define FUSE_USE_VERSION 31
 #define _GNU_SOURCE
 
 #include <fuse.h>
 #include <libsmbclient.h>
+
+#include "smbmount-forward.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -43,6 +51,11 @@ static char g_user[256];
 static char g_password[256];
 static char g_domain[256];
 static char g_base[4096]; /* "smb://server/share[/dir]" without trailing slash */
+static int g_timeoutMs = 10000;
+static uint16_t g_port;
+
+/* Connections to the server, each served by a worker process. */
+static int g_workers = 4;
 
 static void wipe(void)
 {
@@ -95,9 +108,52 @@ static int urlOf(const char* path, char* url, size_t size)
             return urlError;                                                                                           \
     } while (0)
 
+/* --- Connection check ---------------------------------------------------------------------
+ * Before every call libsmbclient asks the server whether its cached connection is alive (an
+ * echo): one round trip more per call. Within C_trustMs of an answered echo the connection is
+ * taken as alive; a call that fails as a lost connection does makes the next call ask again
+ * (and libsmbclient then connects anew). */
+enum { C_trustMs = 1000 };
+static smbc_check_server_fn g_checkServer;
+static struct timespec g_checkedAt;
+static int g_trusted;
+
+static long long millisecondsSince(const struct timespec* then)
+{
+    struct timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return (long long)(now.tv_sec - then->tv_sec) * 1000 + (now.tv_nsec - then->tv_nsec) / 1000000;
+}
+
+static int checkServer(SMBCCTX* context, SMBCSRV* server)
+{
+    if (g_trusted && millisecondsSince(&g_checkedAt) < C_trustMs)
+        return 0;
+    const int result = g_checkServer(context, server);
+    g_trusted = result == 0;
+    clock_gettime(CLOCK_MONOTONIC, &g_checkedAt);
+    return result;
+}
+
 static int failure(void)
 {
-    return errno ? -errno : -EIO;
+    const int error = errno ? errno : EIO;
+    switch (error) {
+    case EIO:
+    case ECONNRESET:
+    case ECONNABORTED:
+    case ENOTCONN:
+    case ETIMEDOUT:
+    case EPIPE:
+    case EHOSTUNREACH:
+    case ENETUNREACH:
+    case ECONNREFUSED:
+        g_trusted = 0;
+        break;
+    default:
+        break;
+    }
+    return -error;
 }
 
 static int opGetattr(const char* path, struct stat* st, struct fuse_file_info* fi)
@@ -232,9 +288,12 @@ static int opRmdir(const char* path)
     return smbc_rmdir(url) < 0 ? failure() : 0;
 }
 
+/* RENAME_NOREPLACE: the kernel refuses it itself when the target exists, after looking it up
+ * under the directory's lock just before; a file another client creates meanwhile is replaced,
+ * as libsmbclient's rename does. */
 static int opRename(const char* from, const char* to, unsigned int flags)
 {
-    if (flags)
+    if (flags & ~(unsigned int)RENAME_NOREPLACE)
         return -EINVAL;
     URL_OF(from, fromUrl);
     URL_OF(to, toUrl);
@@ -343,7 +402,7 @@ static const struct fuse_operations c_operations = {
 
 static void usage(void)
 {
-    fprintf(stderr, "usage: station-smbmount [-c CREDENTIALS_FILE] [-o FUSE_OPTIONS] [-t TIMEOUT_MS] "
+    fprintf(stderr, "usage: station-smbmount [-c CREDENTIALS_FILE] [-o FUSE_OPTIONS] [-t TIMEOUT_MS] [-n WORKERS] "
                     "//server[:port]/share[/dir] MOUNTPOINT\n"
                     "Credentials (username=, password=, domain= lines) come from the file or standard input.\n");
 }
@@ -477,13 +536,45 @@ static const char* explain(int code)
     }
 }
 
+/* A context of its own, the default of the compatibility calls the operations use. */
+static SMBCCTX* newContext(void)
+{
+    SMBCCTX* context = smbc_new_context();
+    if (!context)
+        return NULL;
+    smbc_setDebug(context, 0);
+    smbc_setOptionDebugToStderr(context, 1);
+    smbc_setFunctionAuthDataWithContext(context, authenticate);
+    smbc_setOptionUseKerberos(context, 0);
+    smbc_setOptionFallbackAfterKerberos(context, 1);
+    smbc_setOptionNoAutoAnonymousLogin(context, 1);
+    if (g_timeoutMs > 0)
+        smbc_setTimeout(context, g_timeoutMs);
+    if (g_port)
+        smbc_setPort(context, g_port);
+    g_checkServer = smbc_getFunctionCheckServer(context);
+    smbc_setFunctionCheckServer(context, checkServer);
+    if (!smbc_init_context(context)) {
+        const int error = errno;
+        smbc_free_context(context, 1);
+        errno = error;
+        return NULL;
+    }
+    smbc_set_context(context);
+    return context;
+}
+
+static int prepareWorker(void)
+{
+    return newContext() ? 0 : -1;
+}
+
 int main(int argc, char* argv[])
 {
     const char* credentialsFile = NULL;
     const char* fuseOptions = NULL;
-    int timeoutMs = 10000;
     int option;
-    while ((option = getopt(argc, argv, "c:o:t:h")) != -1) {
+    while ((option = getopt(argc, argv, "c:o:t:n:h")) != -1) {
         switch (option) {
         case 'c':
             credentialsFile = optarg;
@@ -492,7 +583,14 @@ int main(int argc, char* argv[])
             fuseOptions = optarg;
             break;
         case 't':
-            timeoutMs = atoi(optarg);
+            g_timeoutMs = atoi(optarg);
+            break;
+        case 'n':
+            g_workers = atoi(optarg);
+            if (g_workers < 1 || g_workers > C_maxWorkers) {
+                fprintf(stderr, "station-smbmount: -n takes 1 to %d workers\n", C_maxWorkers);
+                return ExitUsage;
+            }
             break;
         default:
             usage();
@@ -506,8 +604,7 @@ int main(int argc, char* argv[])
     const char* shareText = argv[optind];
     const char* mountPoint = argv[optind + 1];
 
-    uint16_t port = 0;
-    if (parseShare(shareText, &port) != 0) {
+    if (parseShare(shareText, &g_port) != 0) {
         fprintf(stderr, "station-smbmount: invalid share %s (expected //server[:port]/share[/dir])\n", shareText);
         return ExitUsage;
     }
@@ -517,29 +614,12 @@ int main(int argc, char* argv[])
         return ExitUsage;
     }
 
-    SMBCCTX* context = smbc_new_context();
+    SMBCCTX* context = newContext();
     if (!context) {
-        fprintf(stderr, "station-smbmount: cannot create an SMB client context: %s\n", strerror(errno));
-        wipe();
-        return ExitOther;
-    }
-    smbc_setDebug(context, 0);
-    smbc_setOptionDebugToStderr(context, 1);
-    smbc_setFunctionAuthDataWithContext(context, authenticate);
-    smbc_setOptionUseKerberos(context, 0);
-    smbc_setOptionFallbackAfterKerberos(context, 1);
-    smbc_setOptionNoAutoAnonymousLogin(context, 1);
-    if (timeoutMs > 0)
-        smbc_setTimeout(context, timeoutMs);
-    if (port)
-        smbc_setPort(context, port);
-    if (!smbc_init_context(context)) {
         fprintf(stderr, "station-smbmount: cannot initialise the SMB client: %s\n", strerror(errno));
-        smbc_free_context(context, 1);
         wipe();
         return ExitOther;
     }
-    smbc_set_context(context);
 
     /* Credentials and share are checked here, so that failures happen at mount time. */
     const int probe = smbc_opendir(g_base);
@@ -552,6 +632,21 @@ int main(int argc, char* argv[])
         return code;
     }
     smbc_closedir(probe);
+    /* The workers make their own connections; this process only forwards requests. */
+    smbc_set_context(NULL);
+    smbc_free_context(context, 1);
+    const int started = forwardStart(g_workers, &c_operations, prepareWorker);
+    wipe();
+    if (started != 0) {
+        fprintf(stderr, "station-smbmount: cannot start its workers: %s\n", strerror(-started));
+        return ExitOther;
+    }
+    struct fuse_operations operations = *forwardOperations();
+    operations.chmod = opChmod;
+    operations.chown = opChown;
+    operations.flush = opFlush;
+    operations.fsync = opFsync;
+    operations.init = opInit;
 
     /* Commas and backslashes of the share name are escaped for the option parser. */
     char fsname[2048];
@@ -568,33 +663,30 @@ int main(int argc, char* argv[])
     char* fuseArgv[] = {argv[0], "-o", options, NULL};
     struct fuse_args args = FUSE_ARGS_INIT(3, fuseArgv);
     /* fuse_new() replaces the list by one it allocates: freed on every way out. */
-    struct fuse* fuse = fuse_new(&args, &c_operations, sizeof(c_operations), NULL);
+    struct fuse* fuse = fuse_new(&args, &operations, sizeof(operations), NULL);
     if (!fuse) {
         fprintf(stderr, "station-smbmount: invalid mount options %s\n", options);
         fuse_opt_free_args(&args);
-        smbc_free_context(context, 1);
-        wipe();
+        forwardStop();
         return ExitUsage;
     }
     if (fuse_mount(fuse, mountPoint) != 0) {
         fprintf(stderr, "station-smbmount: cannot mount at %s\n", mountPoint);
         fuse_destroy(fuse);
         fuse_opt_free_args(&args);
-        smbc_free_context(context, 1);
-        wipe();
+        forwardStop();
         return ExitMountFailed;
     }
     fuse_set_signal_handlers(fuse_get_session(fuse));
     printf("ready\n");
     fflush(stdout);
 
-    const int result = fuse_loop(fuse);
+    const int result = g_workers > 1 ? fuse_loop_mt(fuse, 0) : fuse_loop(fuse);
 
     fuse_remove_signal_handlers(fuse_get_session(fuse));
     fuse_unmount(fuse);
     fuse_destroy(fuse);
     fuse_opt_free_args(&args);
-    smbc_free_context(context, 1);
-    wipe();
+    forwardStop();
     return result == 0 ? 0 : ExitOther;
 }
