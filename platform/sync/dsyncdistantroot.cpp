@@ -88,6 +88,7 @@ bool DSyncDistantRoot::open(const QString& path)
     m_mountPoint = parent.st_dev != own.st_dev;
     const unsigned long type = fileSystemType(m_fd);
     m_network = isNetworkFileSystem(type);
+    m_userSpace = type == 0x65735546UL; // FUSE
     m_exactTimes = hasExactTimes(type);
     return true;
 }

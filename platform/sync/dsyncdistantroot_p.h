@@ -36,6 +36,9 @@ public:
     static bool isMountPoint(const QString& path);
     // On a network file system (SMB, NFS, or one served in user space such as the share helper's).
     bool isNetwork() const { return m_network; }
+    // A user-space file system: without a write-back cache (the default) a write has reached
+    // it when write() returns, so that what fstat() says before close() stays true after it.
+    bool isUserSpace() const { return m_userSpace; }
     // Keeps modification times to the nanosecond as they are set (ext4, XFS, Btrfs, tmpfs):
     // what a copy was given is what it has, no need to ask.
     bool keepsExactTimes() const { return m_exactTimes; }
@@ -70,6 +73,7 @@ private:
     quint64 m_inode = 0;
     bool m_mountPoint = false;
     bool m_network = false;
+    bool m_userSpace = false;
     bool m_exactTimes = false;
     QString m_error;
 };

@@ -359,7 +359,9 @@ DSyncWorker::EnFileResult DSyncWorker::syncFile(MirrorState& state, const QStrin
     transfer.request.relativePath = relativePath;
     transfer.request.size = size;
     transfer.request.modified = modified;
-    transfer.request.statAfterRename = state.concurrent;
+    // A kernel client of a share may send cached data at close, and the server then sets the
+    // time again: asked after the rename. Through a user-space mount the time set stays.
+    transfer.request.statAfterRename = state.concurrent && !root.isUserSpace();
     transfer.request.timesExact = root.keepsExactTimes();
     transfer.request.noReplace = !distant.exists;
     transfer.record = written;
