@@ -235,6 +235,22 @@ private slots:
                  qPrintable(text));
     }
 
+    // Reading or editing a station leaves this computer's time zone alone; choosing a region
+    // hands it to the time-zone program (the demo station's stand-in records what it gets).
+    void onlyChoosingARegionSetsTheTimeZone()
+    {
+        const QString log = m_station + "/timedatectl-preview.log";
+        QFile::remove(log);
+        for (const QStringList& arguments : {QStringList{"status"}, QStringList{"folders"},
+                                             QStringList{"set", "general.sound_volume", "20"}})
+            QCOMPARE(run(arguments).code, 0);
+        QVERIFY2(!QFileInfo::exists(log), "the time-zone program ran on load");
+        QCOMPARE(run({"set", "regionalSettings.region", "America/New_York"}).code, 0);
+        QFile file(log);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().endsWith(" timedatectl set-timezone America/New_York\n"));
+    }
+
     // Which station a command works on: --station, else STATION_DIR, else the demo copy, said.
     void station_data()
     {
