@@ -7,7 +7,11 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QHash>
+#include <QRegularExpression>
 #include <QSet>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTimer>
 
 #include <unistd.h>
@@ -18,6 +22,9 @@
 #include "folder.h"
 #include "station.h"
 #include "sync/dsyncmanager.h"
+#include "utilities/preconfiguration.h"
+
+#include <algorithm>
 
 namespace {
 // How long shares may take to mount, and the pass to finish.
@@ -34,6 +41,8 @@ struct Tally {
     QString target;          // alias of the folder it mirrors to
     int files = 0;
     qint64 bytes = 0;
+    int pendingFiles = 0;    // what the pass has to copy: not recorded as copied as they are now
+    qint64 pendingBytes = 0;
     int copied = 0;
     qint64 copiedBytes = 0;
     int failed = 0;
@@ -67,8 +76,40 @@ QString targetAlias(Directories* directories, const QString& role)
     return id;
 }
 
+// Size and modification time (ms) of every file the sync database records for `alias`, read
+// only; empty when there is no database yet.
+QHash<QString, QPair<qint64, qint64>> recordsOf(const QString& databasePath, const QString& alias)
+{
+    QHash<QString, QPair<qint64, qint64>> records;
+    if (!QFileInfo::exists(databasePath))
+        return records;
+    const QString connection = QStringLiteral("station-config-records");
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        db.setDatabaseName(databasePath);
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        if (db.open()) {
+            QSqlQuery query(db);
+            query.setForwardOnly(true);
+            query.prepare(QStringLiteral("SELECT relative_path, size, modified FROM files WHERE alias = ?"));
+            query.addBindValue(alias);
+            if (query.exec()) {
+                while (query.next())
+                    records.insert(query.value(0).toString(), {query.value(1).toLongLong(), query.value(2).toLongLong()});
+            }
+            db.close();
+        }
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return records;
+}
+
 QVector<Tally> mirrorsOf(Directories* directories, DSyncManager* manager)
 {
+    QVector<QRegularExpression> excluded;
+    for (const QString& pattern : manager->excludedPatterns())
+        excluded << QRegularExpression(QRegularExpression::wildcardToRegularExpression(pattern));
+    const QString database = PreConfiguration::syncDatabaseFilePath();
     QVector<Tally> tallies;
     for (const QString& role : Directories::c_synchronizedRoles) {
         Tally tally;
@@ -78,28 +119,44 @@ QVector<Tally> mirrorsOf(Directories* directories, DSyncManager* manager)
         if (tally.alias.isEmpty())
             continue;
         tally.target = targetAlias(directories, role);
+        const auto records = recordsOf(database, tally.alias);
+        const QDir local(tally.local);
         QDirIterator it(tally.local, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
         while (it.hasNext()) {
             it.next();
+            const QFileInfo info = it.fileInfo();
+            if (std::any_of(excluded.cbegin(), excluded.cend(),
+                            [&info](const QRegularExpression& e) { return e.match(info.fileName()).hasMatch(); }))
+                continue;
             ++tally.files;
-            tally.bytes += it.fileInfo().size();
+            tally.bytes += info.size();
+            const auto record = records.constFind(local.relativeFilePath(it.filePath()));
+            if (record == records.constEnd() || record->first != info.size()
+                || record->second != info.lastModified().toMSecsSinceEpoch()) {
+                ++tally.pendingFiles;
+                tally.pendingBytes += info.size();
+            }
         }
         tallies << tally;
     }
     return tallies;
 }
 
-// "[#####-----] 12/40 files  1.2 MB of 3.4 MB  RAW_RESULTS" over the previous one.
+// "[#####-----] 12/40 files  1.2 MB of 3.4 MB  RAW_RESULTS" over the previous one: done of
+// what the pass has to copy.
 void drawProgress(const QVector<Tally>& tallies, const QString& current)
 {
     int files = 0, done = 0;
     qint64 bytes = 0, doneBytes = 0;
     for (const Tally& tally : tallies) {
-        files += tally.files;
-        bytes += tally.bytes;
+        files += tally.pendingFiles;
+        bytes += tally.pendingBytes;
         done += tally.copied + tally.failed;
         doneBytes += tally.copiedBytes;
     }
+    // A file changed during the pass is copied without having been counted.
+    files = qMax(files, done);
+    bytes = qMax(bytes, doneBytes);
     const int filled = files > 0 ? qMin(C_barWidth, done * C_barWidth / files) : 0;
     const QString line = QStringLiteral("\r[%1%2] %3/%4 files  %5 of %6  %7\033[K")
                              .arg(QString(filled, QLatin1Char('#')), QString(C_barWidth - filled, QLatin1Char('-')))
@@ -111,6 +168,7 @@ void drawProgress(const QVector<Tally>& tallies, const QString& current)
 QJsonObject summaryOf(const Tally& tally)
 {
     return QJsonObject { { "role", tally.role }, { "alias", tally.alias }, { "target", tally.target }, { "files", tally.files },
+                         { "pending", tally.pendingFiles },
                          { "copied", tally.copied }, { "copiedBytes", double(tally.copiedBytes) },
                          { "skipped", tally.unreachable ? 0 : tally.files - tally.copied - tally.failed },
                          { "failed", tally.failed }, { "unreachable", tally.unreachable },

@@ -86,7 +86,8 @@ private slots:
                      .match(wrong.out).hasMatch(), qPrintable(wrong.out));
     }
 
-    // A pass copies what changed and skips the rest; the summary counts both.
+    // A pass copies what changed and skips the rest; the summary counts both, and the work the
+    // pass had before it began.
     void syncSummary()
     {
         QVERIFY(writeResult("cycle-001.db", QByteArray(2048, 'a')));
@@ -103,6 +104,8 @@ private slots:
         QCOMPARE(second.code, 0);
         const QJsonObject pass = QJsonDocument::fromJson(second.out.toUtf8()).object().value("pass").toArray().at(0).toObject();
         QCOMPARE(pass.value("copied").toInt(), 1);
+        // The pass's own work (what the progress counts): only the new file.
+        QCOMPARE(pass.value("pending").toInt(), 1);
         QCOMPARE(pass.value("skipped").toInt(), 2);
         QCOMPARE(pass.value("failed").toInt(), 0);
         QCOMPARE(pass.value("unreachable").toBool(), false);
