@@ -8,6 +8,7 @@
 
 #include "access/accesscontrolmanager.h"
 #include "d_zu_configuration.h"
+#include "folder.h"
 #include "settingsdocument.h"
 #include "utilities/installpaths.h"
 #include "utilities/jsontools.h"
@@ -80,9 +81,18 @@ Station::Station(const QString& directory)
 
 Station::~Station()
 {
-    // The configuration singleton lives until the process ends; its folders unmount then.
-    if (m_configuration)
-        m_configuration->directories()->folders()->reset();
+    // The configuration singleton lives until the process ends. Folders of shares and removable
+    // drives unmount and stop watching as they go; internal folders hold nothing to release and
+    // end with the process (a thousand of them took longer to destroy than to print).
+    if (m_configuration) {
+        auto* folders = m_configuration->directories()->folders();
+        QList<QSharedPointer<Folder>> internal;
+        for (const QSharedPointer<Folder>& folder : folders->list()) {
+            if (folder && folder->type() == QLatin1String("internal"))
+                internal << folder;
+        }
+        folders->reset(internal);
+    }
     delete m_accessControl;
 }
 
