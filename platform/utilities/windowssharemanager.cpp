@@ -546,7 +546,16 @@ WindowsShareManager::WindowsShareManager(const QString& serverAddress, const QSt
     connect(d->socket, &QTcpSocket::connected, this, [this]() { d->probeSucceeded(); });
     connect(d->socket, &QTcpSocket::errorOccurred, this, [this]() { d->probeFailed(d->socket->errorString()); });
     d->probeTimeout.setSingleShot(true);
-    connect(&d->probeTimeout, &QTimer::timeout, this, [this]() { d->probeFailed(QStringLiteral("no answer")); });
+    connect(&d->probeTimeout, &QTimer::timeout, this, [this]() {
+        // A loop kept busy past the time-out sees the timer and the server's answer together,
+        // the timer possibly first: the socket is asked before the server is given up.
+        if (d->socket->state() == QAbstractSocket::ConnectingState && d->socket->waitForConnected(0))
+            return; // connected() has been handled
+        if (d->socket->state() == QAbstractSocket::ConnectedState)
+            d->probeSucceeded();
+        else
+            d->probeFailed(QStringLiteral("no answer"));
+    });
     d->stepTimer.setSingleShot(true);
     connect(&d->stepTimer, &QTimer::timeout, this, [this]() {
         if (d->state == EnState::WaitingToProbe) {
