@@ -18,7 +18,9 @@ class QTcpSocket;
 // credential on its standard input). The password never appears in a file, on a command
 // line, in the environment or in a log line. The manager creates the mount point directory
 // when it mounts; a failed attempt and the destructor remove it again when it is empty,
-// umountWindowsShare() keeps it (the folder may rename it before mounting again).
+// umountWindowsShare() keeps it (the folder may rename it before mounting again). While
+// mounted, a refused probe means the share is lost at once; a probe that gets no answer in
+// time counts only when the next one gets none either (a busy station may not hear in time).
 class STATION_UTILITIES_EXPORT WindowsShareManager : public QObject
 {
     Q_OBJECT

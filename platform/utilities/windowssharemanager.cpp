@@ -22,6 +22,8 @@ const QList<int> C_defaultSchedule {2000, 5000, 10000, 30000};
 const int C_defaultMaxAttempts = 3;
 const int C_defaultAttemptIntervalMs = 2000;
 const int C_defaultProbeTimeoutMs = 3000;
+// Silent probes in a row after which a mounted share counts as lost.
+const int C_silentProbesForLoss = 2;
 const int C_mountTimeoutMs = 30000;
 const int C_unmountTimeoutMs = 10000;
 const int C_helperExitTimeoutMs = 3000;
@@ -126,6 +128,7 @@ public:
     bool createdMountPoint = false;
     int scheduleIndex = 0;
     int attempt = 0;
+    int silentProbes = 0; // probes of a mounted share in a row that got no answer in time
     ShareMount::Target target;
     QString activeMountPoint; // normalised mount point of the attempt or mount under way
 
@@ -140,7 +143,8 @@ public:
     void beginDetection();
     void probe();
     void probeSucceeded();
-    void probeFailed(const QString& reason);
+    // `silent`: the time-out, no answer at all (a refusal or an error is an answer).
+    void probeFailed(const QString& reason, bool silent = false);
     void beginAttempt();
     void launchCifs(const ShareMount::Target& target);
     void launchFuse(const ShareMount::Target& target);
@@ -192,6 +196,7 @@ void WindowsShareManager::Private::probeSucceeded()
 {
     probeTimeout.stop();
     socket->abort();
+    silentProbes = 0;
     if (state != EnState::Detecting)
         return;
     LogLine::debug(q, C_source, __LINE__, QStringLiteral("Server responded:"), serverAddress);
@@ -200,11 +205,20 @@ void WindowsShareManager::Private::probeSucceeded()
     beginAttempt();
 }
 
-void WindowsShareManager::Private::probeFailed(const QString& reason)
+void WindowsShareManager::Private::probeFailed(const QString& reason, bool silent)
 {
     probeTimeout.stop();
     socket->abort();
     if (state == EnState::Mounted) {
+        // A refusal is the server's answer; silence may be a station too busy to hear it in
+        // time: the share counts as lost after a second silent probe in a row.
+        if (silent) {
+            if (++silentProbes < C_silentProbesForLoss) {
+                LogLine::debug(q, C_source, __LINE__, QStringLiteral("Server silent, asked again at the next check:"),
+                               aliasName);
+                return;
+            }
+        }
         connectionLost(QStringLiteral("server does not answer: ") + reason);
         return;
     }
@@ -399,6 +413,7 @@ void WindowsShareManager::Private::becomeMounted()
     mountTimeout.stop();
     state = EnState::Mounted;
     mounted = true;
+    silentProbes = 0;
     watchTimer.start(qMax(100, pollingIntervalMs));
     LogLine::debug(q, C_source, __LINE__, QStringLiteral("Share mounted at"), activeMountPoint);
     emit q->connectionChanged(mountPoint, true);
@@ -554,7 +569,7 @@ WindowsShareManager::WindowsShareManager(const QString& serverAddress, const QSt
         if (d->socket->state() == QAbstractSocket::ConnectedState)
             d->probeSucceeded();
         else
-            d->probeFailed(QStringLiteral("no answer"));
+            d->probeFailed(QStringLiteral("no answer"), true);
     });
     d->stepTimer.setSingleShot(true);
     connect(&d->stepTimer, &QTimer::timeout, this, [this]() {

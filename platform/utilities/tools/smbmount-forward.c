@@ -18,7 +18,10 @@
 #include <time.h>
 #include <unistd.h>
 
-enum { C_chunk = 64 * 1024, C_pathSize = 4096, C_closeWaitMs = 1000 };
+/* How long a rename or an unlink waits for the release of the files open at its path. A busy
+ * station may take seconds to serve a release; an unlink waits less, because the kernel holds
+ * the close of a file that is being removed until the removal is answered. */
+enum { C_chunk = 64 * 1024, C_pathSize = 4096, C_renameWaitMs = 10000, C_unlinkWaitMs = 1000 };
 
 enum Operation {
     OpGetattr = 1, OpReaddir, OpOpen, OpCreate, OpRead, OpWrite, OpRelease, OpUnlink,
@@ -402,15 +405,14 @@ static int isOpen(const char* path)
     return 0;
 }
 
-/* Until no file is open at `path` any more (its release may be on its way), for a bounded time:
- * a program may also rename or remove a file it keeps open, which the server then refuses (and
- * the kernel holds the file's close while it removes it). */
-static void waitUntilReleased(const char* path)
+/* Until no file is open at `path` any more (its release may be on its way), for at most `waitMs`:
+ * a program may also rename or remove a file it keeps open, which the server then refuses. */
+static void waitUntilReleased(const char* path, int waitMs)
 {
     struct timespec deadline;
     clock_gettime(CLOCK_REALTIME, &deadline);
-    deadline.tv_nsec += (long)(C_closeWaitMs % 1000) * 1000000L;
-    deadline.tv_sec += C_closeWaitMs / 1000 + deadline.tv_nsec / 1000000000L;
+    deadline.tv_nsec += (long)(waitMs % 1000) * 1000000L;
+    deadline.tv_sec += waitMs / 1000 + deadline.tv_nsec / 1000000000L;
     deadline.tv_nsec %= 1000000000L;
     pthread_mutex_lock(&g_openLock);
     while (isOpen(path)) {
@@ -582,7 +584,7 @@ static int forwardPath(int operation, const char* path, mode_t mode)
 
 static int forwardUnlink(const char* path)
 {
-    waitUntilReleased(path);
+    waitUntilReleased(path, C_unlinkWaitMs);
     return forwardPath(OpUnlink, path, 0);
 }
 
@@ -603,8 +605,8 @@ static int forwardRename(const char* from, const char* to, unsigned int flags)
     const int namesError = setNames(&request, from, to);
     if (namesError)
         return namesError;
-    waitUntilReleased(from);
-    waitUntilReleased(to);
+    waitUntilReleased(from, C_renameWaitMs);
+    waitUntilReleased(to, C_renameWaitMs);
     Response response;
     return (int)call(freeWorker(), &request, NULL, 0, &response, NULL, 0, NULL);
 }
