@@ -18,13 +18,10 @@
 #include <time.h>
 #include <unistd.h>
 
-/* How long a rename or an unlink waits for the release of the files open at its path. A busy
- * station may take seconds to serve a release; an unlink waits less, because the kernel holds
- * the close of a file that is being removed until the removal is answered. */
-enum { C_chunk = 64 * 1024, C_pathSize = 4096, C_renameWaitMs = 10000, C_unlinkWaitMs = 1000 };
+enum { C_chunk = 64 * 1024, C_pathSize = 4096 };
 
 enum Operation {
-    OpGetattr = 1, OpReaddir, OpOpen, OpCreate, OpRead, OpWrite, OpRelease, OpUnlink,
+    OpGetattr = 1, OpReaddir, OpOpen, OpCreate, OpRead, OpWrite, OpFlush, OpRelease, OpUnlink,
     OpMkdir, OpRmdir, OpRename, OpTruncate, OpUtimens, OpStatfs
 };
 
@@ -153,6 +150,9 @@ static void serve(int sock, const struct fuse_operations* local)
         case OpWrite:
             response.result = local->write(path, data, dataSize, request->offset, &file);
             break;
+        case OpFlush:
+            response.result = local->flush(path, &file);
+            break;
         case OpRelease:
             response.result = local->release(path, &file);
             break;
@@ -227,8 +227,6 @@ int forwardStart(int workerCount, const struct fuse_operations* local, int (*pre
     return 0;
 }
 
-static void forgetOpenFiles(void);
-
 void forwardStop(void)
 {
     for (int i = 0; i < g_workerCount; ++i) {
@@ -237,7 +235,6 @@ void forwardStop(void)
         waitpid(g_workers[i].pid, NULL, 0);
     }
     g_workerCount = 0;
-    forgetOpenFiles();
 }
 
 /* --- Forwarding side --------------------------------------------------------------------- */
@@ -336,92 +333,6 @@ static int setNames(Request* request, const char* path, const char* target)
             return pathError;                                                                                          \
     } while (0)
 
-/* --- Files open at a path ---------------------------------------------------------------- */
-
-typedef struct {
-    uint64_t handle;
-    char* path;
-} OpenFile;
-
-static OpenFile* g_openFiles;
-static int g_openFileCount;
-static int g_openFileCapacity;
-static pthread_mutex_t g_openLock = PTHREAD_MUTEX_INITIALIZER;
-static pthread_cond_t g_fileClosed = PTHREAD_COND_INITIALIZER;
-
-static int noteOpened(uint64_t handle, const char* path)
-{
-    char* copy = strdup(path);
-    if (!copy)
-        return -ENOMEM;
-    pthread_mutex_lock(&g_openLock);
-    if (g_openFileCount == g_openFileCapacity) {
-        const int capacity = g_openFileCapacity ? 2 * g_openFileCapacity : 16;
-        OpenFile* grown = realloc(g_openFiles, (size_t)capacity * sizeof(OpenFile));
-        if (!grown) {
-            pthread_mutex_unlock(&g_openLock);
-            free(copy);
-            return -ENOMEM;
-        }
-        g_openFiles = grown;
-        g_openFileCapacity = capacity;
-    }
-    g_openFiles[g_openFileCount].handle = handle;
-    g_openFiles[g_openFileCount].path = copy;
-    ++g_openFileCount;
-    pthread_mutex_unlock(&g_openLock);
-    return 0;
-}
-
-static void noteReleased(uint64_t handle)
-{
-    pthread_mutex_lock(&g_openLock);
-    for (int i = 0; i < g_openFileCount; ++i) {
-        if (g_openFiles[i].handle == handle) {
-            free(g_openFiles[i].path);
-            g_openFiles[i] = g_openFiles[--g_openFileCount];
-            pthread_cond_broadcast(&g_fileClosed);
-            break;
-        }
-    }
-    pthread_mutex_unlock(&g_openLock);
-}
-
-static void forgetOpenFiles(void)
-{
-    for (int i = 0; i < g_openFileCount; ++i)
-        free(g_openFiles[i].path);
-    free(g_openFiles);
-    g_openFiles = NULL;
-    g_openFileCount = g_openFileCapacity = 0;
-}
-
-static int isOpen(const char* path)
-{
-    for (int i = 0; i < g_openFileCount; ++i) {
-        if (strcmp(g_openFiles[i].path, path) == 0)
-            return 1;
-    }
-    return 0;
-}
-
-/* Until no file is open at `path` any more (its release may be on its way), for at most `waitMs`:
- * a program may also rename or remove a file it keeps open, which the server then refuses. */
-static void waitUntilReleased(const char* path, int waitMs)
-{
-    struct timespec deadline;
-    clock_gettime(CLOCK_REALTIME, &deadline);
-    deadline.tv_nsec += (long)(waitMs % 1000) * 1000000L;
-    deadline.tv_sec += waitMs / 1000 + deadline.tv_nsec / 1000000000L;
-    deadline.tv_nsec %= 1000000000L;
-    pthread_mutex_lock(&g_openLock);
-    while (isOpen(path)) {
-        if (pthread_cond_timedwait(&g_fileClosed, &g_openLock, &deadline) == ETIMEDOUT)
-            break;
-    }
-    pthread_mutex_unlock(&g_openLock);
-}
-
 static int forwardGetattr(const char* path, struct stat* status, struct fuse_file_info* fi)
 {
     NEW_REQUEST(request, OpGetattr, path);
@@ -488,18 +399,9 @@ static int forwardOpen(const char* path, struct fuse_file_info* fi, int operatio
     request.mode = mode;
     const int worker = freeWorker();
     Response response;
-    int64_t result = call(worker, &request, NULL, 0, &response, NULL, 0, NULL);
-    if (result == 0) {
+    const int64_t result = call(worker, &request, NULL, 0, &response, NULL, 0, NULL);
+    if (result == 0)
         fi->fh = handleFor(worker, response.handle);
-        result = noteOpened(fi->fh, path);
-        if (result != 0) {
-            NEW_REQUEST(release, OpRelease, path);
-            release.withHandle = 1;
-            release.handle = response.handle;
-            lockedWorker(fi->fh);
-            call(worker, &release, NULL, 0, &response, NULL, 0, NULL);
-        }
-    }
     return (int)result;
 }
 
@@ -560,18 +462,27 @@ static int forwardWrite(const char* path, const char* buffer, size_t size, off_t
     return (int)done;
 }
 
-static int forwardRelease(const char* path, struct fuse_file_info* fi)
+/* A request on an open file and nothing else: flush and release. */
+static int forwardOnHandle(int operation, const char* path, struct fuse_file_info* fi)
 {
-    NEW_REQUEST(request, OpRelease, path);
+    NEW_REQUEST(request, operation, path);
     request.withHandle = 1;
     request.handle = fi->fh & 0xFFFFFFFFu;
     const int worker = lockedWorker(fi->fh);
     if (worker < 0)
         return -EBADF;
     Response response;
-    const int result = (int)call(worker, &request, NULL, 0, &response, NULL, 0, NULL);
-    noteReleased(fi->fh);
-    return result;
+    return (int)call(worker, &request, NULL, 0, &response, NULL, 0, NULL);
+}
+
+static int forwardFlush(const char* path, struct fuse_file_info* fi)
+{
+    return forwardOnHandle(OpFlush, path, fi);
+}
+
+static int forwardRelease(const char* path, struct fuse_file_info* fi)
+{
+    return forwardOnHandle(OpRelease, path, fi);
 }
 
 static int forwardPath(int operation, const char* path, mode_t mode)
@@ -584,7 +495,6 @@ static int forwardPath(int operation, const char* path, mode_t mode)
 
 static int forwardUnlink(const char* path)
 {
-    waitUntilReleased(path, C_unlinkWaitMs);
     return forwardPath(OpUnlink, path, 0);
 }
 
@@ -605,8 +515,6 @@ static int forwardRename(const char* from, const char* to, unsigned int flags)
     const int namesError = setNames(&request, from, to);
     if (namesError)
         return namesError;
-    waitUntilReleased(from, C_renameWaitMs);
-    waitUntilReleased(to, C_renameWaitMs);
     Response response;
     return (int)call(freeWorker(), &request, NULL, 0, &response, NULL, 0, NULL);
 }
@@ -664,6 +572,7 @@ __attribute__((constructor)) static void fillForward(void)
     g_forward.create = forwardCreate;
     g_forward.read = forwardRead;
     g_forward.write = forwardWrite;
+    g_forward.flush = forwardFlush;
     g_forward.release = forwardRelease;
     g_forward.unlink = forwardUnlink;
     g_forward.mkdir = forwardMkdir;

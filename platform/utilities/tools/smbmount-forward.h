@@ -7,9 +7,8 @@
  * operations for the requests it receives; the operations it returns forward every request
  * of the mount to a worker: requests on an open file to the worker that opened it, the others
  * to a worker that is free. Several copies thus reach the server at the same time.
- * A rename or unlink of a path waits (a bounded time) until the files open at that path are
- * released: the kernel sends a release without waiting for it, and the server refuses to
- * rename or delete a file that is still open.
+ * The flush that close() waits for is forwarded too, so that the worker closes the file on the
+ * server before close() returns.
  */
 #pragma once
 #define FUSE_USE_VERSION 31

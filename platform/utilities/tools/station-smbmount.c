@@ -16,9 +16,8 @@
  *
  * A libsmbclient context answers one call at a time and is not thread-safe: requests are
  * served by WORKERS processes of this program (-n, default 4), each with its own context and
- * connection (smbmount-forward.c), so that several files are copied at once. A file's release,
- * which the kernel sends without waiting, is served before a rename or unlink of the same path
- * that may arrive meanwhile: the server would refuse those as a sharing violation.
+ * connection (smbmount-forward.c), so that several files are copied at once. A file closed by
+ * a program is closed on the server before its close() returns (see "Open files").
  */
 #define FUSE_USE_VERSION 31
 #define _GNU_SOURCE
@@ -156,11 +155,75 @@ static int failure(void)
     return -error;
 }
 
+/* --- Open files ----------------------------------------------------------------------------
+ * A close() on the mount closes the file on the server before it returns (on the flush that
+ * close() waits for), not on the release, which the kernel sends without waiting: a rename or
+ * unlink that follows, possibly served by another worker, finds the file closed (the server
+ * refuses to rename or delete an open file). A call that still comes on the handle (another
+ * descriptor of the same open file) opens the file again. */
+
+typedef struct {
+    int fd;    /* -1: closed by a flush; -2: slot free */
+    int flags; /* to open it again */
+} OpenFile;
+
+static OpenFile* g_files;
+static int g_fileCount;
+
+/* A handle (slot + 1) for a file just opened; 0 when out of memory. */
+static uint64_t keepOpenFile(int fd, int flags)
+{
+    int slot = 0;
+    while (slot < g_fileCount && g_files[slot].fd != -2)
+        ++slot;
+    if (slot == g_fileCount) {
+        const int count = g_fileCount ? 2 * g_fileCount : 64;
+        OpenFile* grown = realloc(g_files, (size_t)count * sizeof(OpenFile));
+        if (!grown)
+            return 0;
+        for (int i = g_fileCount; i < count; ++i)
+            grown[i].fd = -2;
+        g_files = grown;
+        g_fileCount = count;
+    }
+    g_files[slot].fd = fd;
+    g_files[slot].flags = flags & ~(O_CREAT | O_EXCL | O_TRUNC);
+    return (uint64_t)slot + 1;
+}
+
+static OpenFile* openFileOf(const struct fuse_file_info* fi)
+{
+    const uint64_t slot = fi->fh - 1;
+    return fi->fh && slot < (uint64_t)g_fileCount && g_files[slot].fd != -2 ? &g_files[slot] : NULL;
+}
+
+/* The descriptor of an open file, opened again at `path` when a flush closed it; -errno. */
+static int descriptorOf(const char* path, struct fuse_file_info* fi)
+{
+    OpenFile* file = openFileOf(fi);
+    if (!file)
+        return -EBADF;
+    if (file->fd < 0) {
+        char url[8192];
+        const int urlError = urlOf(path, url, sizeof(url));
+        if (urlError)
+            return urlError;
+        const int fd = smbc_open(url, file->flags, 0);
+        if (fd < 0)
+            return failure();
+        file->fd = fd;
+    }
+    return file->fd;
+}
+
 static int opGetattr(const char* path, struct stat* st, struct fuse_file_info* fi)
 {
     memset(st, 0, sizeof(*st));
     if (fi && fi->fh) {
-        if (smbc_fstat((int)fi->fh, st) < 0)
+        const int fd = descriptorOf(path, fi);
+        if (fd < 0)
+            return fd;
+        if (smbc_fstat(fd, st) < 0)
             return failure();
     } else {
         URL_OF(path, url);
@@ -203,30 +266,35 @@ static int openFlags(int flags)
     return flags;
 }
 
-static int opOpen(const char* path, struct fuse_file_info* fi)
+static int openPath(const char* path, int flags, mode_t mode, struct fuse_file_info* fi)
 {
     URL_OF(path, url);
-    const int fd = smbc_open(url, openFlags(fi->flags), 0);
+    const int fd = smbc_open(url, flags, mode);
     if (fd < 0)
         return failure();
-    fi->fh = (uint64_t)fd;
+    fi->fh = keepOpenFile(fd, flags);
+    if (!fi->fh) {
+        smbc_close(fd);
+        return -ENOMEM;
+    }
     return 0;
+}
+
+static int opOpen(const char* path, struct fuse_file_info* fi)
+{
+    return openPath(path, openFlags(fi->flags), 0, fi);
 }
 
 static int opCreate(const char* path, mode_t mode, struct fuse_file_info* fi)
 {
-    URL_OF(path, url);
-    const int fd = smbc_open(url, openFlags(fi->flags) | O_CREAT, mode);
-    if (fd < 0)
-        return failure();
-    fi->fh = (uint64_t)fd;
-    return 0;
+    return openPath(path, openFlags(fi->flags) | O_CREAT, mode, fi);
 }
 
 static int opRead(const char* path, char* buffer, size_t size, off_t offset, struct fuse_file_info* fi)
 {
-    (void)path;
-    const int fd = (int)fi->fh;
+    const int fd = descriptorOf(path, fi);
+    if (fd < 0)
+        return fd;
     if (smbc_lseek(fd, offset, SEEK_SET) < 0)
         return failure();
     size_t done = 0;
@@ -243,8 +311,9 @@ static int opRead(const char* path, char* buffer, size_t size, off_t offset, str
 
 static int opWrite(const char* path, const char* buffer, size_t size, off_t offset, struct fuse_file_info* fi)
 {
-    (void)path;
-    const int fd = (int)fi->fh;
+    const int fd = descriptorOf(path, fi);
+    if (fd < 0)
+        return fd;
     if (smbc_lseek(fd, offset, SEEK_SET) < 0)
         return failure();
     size_t done = 0;
@@ -257,17 +326,28 @@ static int opWrite(const char* path, const char* buffer, size_t size, off_t offs
     return (int)done;
 }
 
-static int opRelease(const char* path, struct fuse_file_info* fi)
-{
-    (void)path;
-    return smbc_close((int)fi->fh) < 0 ? failure() : 0;
-}
-
+/* The file is closed on the server here (see "Open files"); the error of a write the server
+ * kept until now reaches the program's close(). */
 static int opFlush(const char* path, struct fuse_file_info* fi)
 {
     (void)path;
-    (void)fi;
-    return 0;
+    OpenFile* file = openFileOf(fi);
+    if (!file || file->fd < 0)
+        return 0;
+    const int fd = file->fd;
+    file->fd = -1;
+    return smbc_close(fd) < 0 ? failure() : 0;
+}
+
+static int opRelease(const char* path, struct fuse_file_info* fi)
+{
+    (void)path;
+    OpenFile* file = openFileOf(fi);
+    if (!file)
+        return -EBADF;
+    const int fd = file->fd;
+    file->fd = -2;
+    return fd >= 0 && smbc_close(fd) < 0 ? failure() : 0;
 }
 
 static int opUnlink(const char* path)
@@ -302,8 +382,12 @@ static int opRename(const char* from, const char* to, unsigned int flags)
 
 static int opTruncate(const char* path, off_t size, struct fuse_file_info* fi)
 {
-    if (fi && fi->fh)
-        return smbc_ftruncate((int)fi->fh, size) < 0 ? failure() : 0;
+    if (fi && fi->fh) {
+        const int fd = descriptorOf(path, fi);
+        if (fd < 0)
+            return fd;
+        return smbc_ftruncate(fd, size) < 0 ? failure() : 0;
+    }
     URL_OF(path, url);
     const int fd = smbc_open(url, O_RDWR, 0);
     if (fd < 0)
@@ -644,7 +728,6 @@ int main(int argc, char* argv[])
     struct fuse_operations operations = *forwardOperations();
     operations.chmod = opChmod;
     operations.chown = opChown;
-    operations.flush = opFlush;
     operations.fsync = opFsync;
     operations.init = opInit;
 
