@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariantList>
 
+#include "settingkeys.h"
+
 class QCoreApplication;
 class QQmlApplicationEngine;
 class Station;
@@ -36,6 +38,11 @@ class SettingsApp : public QObject
     Q_PROPERTY(QStringList languages READ languages CONSTANT)
     // True when the on-screen keyboard is the input method (QT_IM_MODULE=qtvirtualkeyboard).
     Q_PROPERTY(bool virtualKeyboard READ virtualKeyboard CONSTANT)
+    // Units offered for each measure: the ones the library accepts (SettingKeys).
+    Q_PROPERTY(QStringList torqueUnits READ torqueUnits CONSTANT)
+    Q_PROPERTY(QStringList weightUnits READ weightUnits CONSTANT)
+    Q_PROPERTY(QStringList distanceUnits READ distanceUnits CONSTANT)
+    Q_PROPERTY(QStringList temperatureUnits READ temperatureUnits CONSTANT)
 public:
     explicit SettingsApp(Station& station, QObject* parent = nullptr);
 
@@ -43,6 +50,10 @@ public:
     QVariantList history() const { return m_history; }
     QString documentDamage() const { return m_documentDamage; }
     bool systemPreview() const { return m_systemPreview; }
+    static QStringList torqueUnits() { return SettingKeys::torqueUnits(); }
+    static QStringList weightUnits() { return SettingKeys::weightUnits(); }
+    static QStringList distanceUnits() { return SettingKeys::distanceUnits(); }
+    static QStringList temperatureUnits() { return SettingKeys::temperatureUnits(); }
     QStringList languages() const;
     static bool virtualKeyboard() { return qgetenv("QT_IM_MODULE") == "qtvirtualkeyboard"; }
 

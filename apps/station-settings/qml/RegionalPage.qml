@@ -146,7 +146,7 @@ ScrollView {
                 text: qsTrId("StationSettings_Regional_torque")
             }
             ChoiceBox {
-                model: ["Nm", "cNm", "kNm", "in.lbf", "ft.lbf"]
+                model: station.torqueUnits
                 current: zuConfig.torqueUnit
                 onChosen: zuConfig.torqueUnit = value
             }
@@ -155,7 +155,7 @@ ScrollView {
                 text: qsTrId("StationSettings_Regional_weight")
             }
             ChoiceBox {
-                model: ["kg", "g", "lb"]
+                model: station.weightUnits
                 current: zuConfig.weightUnit
                 onChosen: zuConfig.weightUnit = value
             }
@@ -164,7 +164,7 @@ ScrollView {
                 text: qsTrId("StationSettings_Regional_distance")
             }
             ChoiceBox {
-                model: ["mm", "cm", "m", "in"]
+                model: station.distanceUnits
                 current: zuConfig.distanceUnit
                 onChosen: zuConfig.distanceUnit = value
             }
@@ -173,7 +173,7 @@ ScrollView {
                 text: qsTrId("StationSettings_Regional_temperature")
             }
             ChoiceBox {
-                model: ["°C", "°F", "K"]
+                model: station.temperatureUnits
                 current: zuConfig.temperatureUnit
                 onChosen: zuConfig.temperatureUnit = value
             }
