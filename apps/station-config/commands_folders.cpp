@@ -41,8 +41,9 @@ int cmdFolders(CommandContext& context)
                              said(alias, message);
                          lastError[alias] = message;
                      });
+    // Only a share reports states (its share manager's steps).
     for (const auto& folder : directories->folders()->list()) {
-        if (folder)
+        if (folder && folder->type() == QLatin1String("samba"))
             QObject::connect(folder.data(), &Folder::folderStatusChanged,
                              [&](const QString& alias, const QVariantMap& status) {
                                  const QString state = status.value(QStringLiteral("state")).toString();
