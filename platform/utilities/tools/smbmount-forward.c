@@ -333,18 +333,26 @@ static int setNames(Request* request, const char* path, const char* target)
             return pathError;                                                                                          \
     } while (0)
 
+/* For a request that may name an open file: the (locked) worker that opened it, with the
+ * request naming its handle, or a free worker; -EBADF for a handle of no worker. */
+static int workerFor(const struct fuse_file_info* fi, Request* request)
+{
+    if (!fi || !fi->fh)
+        return freeWorker();
+    const int worker = lockedWorker(fi->fh);
+    if (worker < 0)
+        return -EBADF;
+    request->withHandle = 1;
+    request->handle = fi->fh & 0xFFFFFFFFu;
+    return worker;
+}
+
 static int forwardGetattr(const char* path, struct stat* status, struct fuse_file_info* fi)
 {
     NEW_REQUEST(request, OpGetattr, path);
-    int worker;
-    if (fi && fi->fh) {
-        if ((worker = lockedWorker(fi->fh)) < 0)
-            return -EBADF;
-        request.withHandle = 1;
-        request.handle = fi->fh & 0xFFFFFFFFu;
-    } else {
-        worker = freeWorker();
-    }
+    const int worker = workerFor(fi, &request);
+    if (worker < 0)
+        return worker;
     Response response;
     const int64_t result = call(worker, &request, NULL, 0, &response, NULL, 0, NULL);
     if (result == 0)
@@ -523,15 +531,9 @@ static int forwardTruncate(const char* path, off_t size, struct fuse_file_info* 
 {
     NEW_REQUEST(request, OpTruncate, path);
     request.offset = size;
-    int worker;
-    if (fi && fi->fh) {
-        if ((worker = lockedWorker(fi->fh)) < 0)
-            return -EBADF;
-        request.withHandle = 1;
-        request.handle = fi->fh & 0xFFFFFFFFu;
-    } else {
-        worker = freeWorker();
-    }
+    const int worker = workerFor(fi, &request);
+    if (worker < 0)
+        return worker;
     Response response;
     return (int)call(worker, &request, NULL, 0, &response, NULL, 0, NULL);
 }
