@@ -313,6 +313,12 @@ void TestDZuConfiguration::saveSections_data()
                                                                  << QJsonObject{{"logger", rootLogger}};
     QTest::newRow("loaded logger replaces root's logger") << QByteArray(R"({"logger": {"level": "debug", "files": 3}})")
         << QJsonObject{{"logger", QJsonObject{{"level", "debug"}, {"files", 3}}}};
+    // Comment lists pass through a save unconverted; a non-text element is saved as the empty
+    // text the service read it as.
+    QTest::newRow("comments kept as they were") << QByteArray(R"({"comments": {"skip_comments": ["a", "b", "a"]}})")
+        << QJsonObject{{"comments", QJsonObject{{"skip_comments", QJsonArray{"a", "b", "a"}}, {"rework_comments", QJsonArray()}}}};
+    QTest::newRow("a non-text comment saved as empty text") << QByteArray(R"({"comments": {"rework_comments": ["a", 5]}})")
+        << QJsonObject{{"comments", QJsonObject{{"skip_comments", QJsonArray()}, {"rework_comments", QJsonArray{"a", ""}}}}};
 }
 
 void TestDZuConfiguration::saveSections()
