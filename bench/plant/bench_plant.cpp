@@ -128,6 +128,8 @@ public:
     int lostFiles(bool byContent = true) const;
     // Files of a copy under way (".dsync-*") left on the share, by path from the share.
     QStringList temporariesLeft() const;
+    // Copies every station's log to a new directory that stays; its path, empty on failure.
+    QString keepLogs() const;
     // The time the last station copied its first file after the restart, -1 when one did not.
     qint64 lastCopyingAgain() const;
     void addFiles(const QString& folder, int files);
@@ -388,6 +390,18 @@ QStringList PlantRun::temporariesLeft() const
     return found;
 }
 
+QString PlantRun::keepLogs() const
+{
+    QTemporaryDir kept(QDir::tempPath() + QStringLiteral("/bench_plant-logs-XXXXXX"));
+    if (!kept.isValid())
+        return QString();
+    kept.setAutoRemove(false);
+    for (const Station& station : m_stations)
+        QFile::copy(station.directory + QStringLiteral("/plant_station.log"),
+                    kept.path() + QLatin1Char('/') + QFileInfo(station.directory).fileName() + QStringLiteral(".log"));
+    return kept.path();
+}
+
 qint64 PlantRun::lastCopyingAgain() const
 {
     qint64 last = 0;
@@ -526,8 +540,10 @@ int main(int argc, char* argv[])
     row(QStringLiteral("pass with nothing changed"), total, false, ms,
         QStringLiteral("%1 copied, %2 failed").arg(run.copied()).arg(run.failed()));
     ms = run.rsyncAll();
+    bool rsyncFailed = ms < 0;
     row(QStringLiteral("`rsync -a`, %1 at once, onto the same mounts").arg(stations), total, true, ms, QString());
     ms = run.rsyncAll();
+    rsyncFailed = rsyncFailed || ms < 0;
     row(QStringLiteral("`rsync -a` with nothing changed"), total, false, ms, QString());
 
     // New files, and smbd restarted during their pass; then passes until every station's pass
@@ -557,6 +573,9 @@ int main(int argc, char* argv[])
         say(rows.last());
     }
     run.stopStations();
+    // The stations' own account of a run that went wrong outlives the run's directory.
+    const bool failed = lost != 0 || !temporaries.isEmpty() || !recovered;
+    const QString logs = failed || rsyncFailed ? run.keepLogs() : QString();
 
     say(QString());
     say(QStringLiteral("| run | wall time | throughput | files |"));
@@ -578,5 +597,7 @@ int main(int argc, char* argv[])
     say(QStringLiteral("files lost: %1").arg(lost));
     for (const QString& path : temporaries)
         say(QStringLiteral("temporary left on the share: ") + path);
-    return lost == 0 && temporaries.isEmpty() && recovered ? 0 : 1;
+    if (!logs.isEmpty())
+        say(QStringLiteral("the stations' logs are kept in ") + logs);
+    return failed ? 1 : 0;
 }
