@@ -102,6 +102,10 @@ stop_server() {
     local left
     left=$(server_processes)
     [ -z "$left" ] || as_root kill -KILL $left 2>/dev/null || true
+    for _ in $(seq 50); do
+        [ -z "$(server_processes)" ] && break
+        sleep 0.1
+    done
     server_pid=""
 }
 
@@ -123,6 +127,23 @@ cleanup() {
 }
 trap cleanup EXIT
 trap 'exit 130' INT TERM
+
+# For --keep-running: a script that stops the server as stop_server does (smbd writes its logs
+# until its last process is gone, so the directory is removed only then) and removes its directory.
+write_stop_script() {
+    cat >"$server_dir/stop" <<STOP
+#!/bin/sh
+# Stops the demo's private Samba server (pid $server_pid and its session) and removes $server_dir.
+session() { ps -e -o pid=,sid= | awk -v sid=$server_pid '\$2 == sid { print \$1 }'; }
+kill -TERM $server_pid 2>/dev/null
+for _ in \$(seq 50); do [ -z "\$(session)" ] && break; sleep 0.1; done
+left=\$(session)
+[ -z "\$left" ] || kill -KILL \$left 2>/dev/null
+for _ in \$(seq 50); do [ -z "\$(session)" ] && break; sleep 0.1; done
+rm -rf "$server_dir"
+STOP
+    chmod 755 "$server_dir/stop"
+}
 
 start_server() {
     server_dir=$(mktemp -d "${TMPDIR:-/tmp}/station-demo-smb.XXXXXX")
@@ -169,7 +190,7 @@ CONF
     as_root smbd -D --configfile="$server_dir/smb.conf" --log-basename="$server_dir/log" || return 1
     for _ in $(seq 150); do
         [ -s "$server_dir/pid/smbd.pid" ] && server_pid=$(cat "$server_dir/pid/smbd.pid")
-        [ -n "$server_pid" ] && port_answers "$port" && return 0
+        [ -n "$server_pid" ] && port_answers "$port" && { write_stop_script; return 0; }
         sleep 0.1
     done
     say "smbd did not answer on 127.0.0.1:$port; its log: $server_dir/log/log.smbd"
@@ -223,7 +244,7 @@ if [ "$keep_running" -eq 1 ]; then
     sudo_prefix=""
     [ "$(id -u)" -eq 0 ] || sudo_prefix="sudo "
     say "  open the station:  $settings_app${STATION_DIR:+ --station $station}"
-    say "  stop the server:   ${sudo_prefix}kill $server_pid && ${sudo_prefix}rm -rf $server_dir"
+    say "  stop the server:   ${sudo_prefix}sh $server_dir/stop"
 else
     stop_server
     release_mounts

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <signal.h>
+
 #include "sambaserver.h"
 #include "stationtool.h"
 
@@ -83,6 +85,17 @@ private slots:
         QVERIFY(file.write(document) == document.size());
     }
 
+    // After a failed case: no server or mount outlives it to disturb the next.
+    void cleanup()
+    {
+        for (const QString& left : leftovers()) {
+            if (left.startsWith("process "))
+                ::kill(left.mid(8).toInt(), SIGKILL);
+            else
+                runTool("umount", {"-l", left.split(' ').value(2)}, QProcessEnvironment::systemEnvironment());
+        }
+    }
+
     void story_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -104,7 +117,7 @@ private slots:
             << false;
         QTest::newRow("kept running, then stopped as told")
             << QStringList{"--keep-running"} << false
-            << QStringList{"\n +results -> Plant_Share: 4 copied", "\n  stop the server: +kill \\d+ && rm -rf \\S+\n$"}
+            << QStringList{"\n +results -> Plant_Share: 4 copied", "\n  stop the server: +(sudo )?sh \\S+/stop\n$"}
             << true;
     }
 
@@ -130,7 +143,8 @@ private slots:
             QVERIFY2(client.waitForConnected(5000), "the server kept running does not answer");
             client.abort();
             const QString stop = QRegularExpression("stop the server: +(.*)\n").match(output).captured(1);
-            QCOMPARE(runTool("bash", {"-c", stop}, QProcessEnvironment::systemEnvironment()).code, 0);
+            const ToolRun stopped = runTool("bash", {"-c", stop}, QProcessEnvironment::systemEnvironment());
+            QVERIFY2(stopped.code == 0, qPrintable(stop + " failed: " + stopped.out + stopped.err));
         }
         QTRY_VERIFY2_WITH_TIMEOUT(leftovers().isEmpty(), qPrintable(leftovers().join('\n')), 10000);
     }
