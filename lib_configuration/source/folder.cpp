@@ -11,6 +11,11 @@
 #include <QThread>
 #include <QUuid>
 
+#ifndef Q_OS_WIN
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 static const char C_sourceFile[] = "lib_configuration/source/folder";
 
 namespace {
@@ -52,6 +57,23 @@ QString cleaned(const QString& path)
     }
     return path;
 }
+
+// QFileInfo's answers without its path bookkeeping: a registry checks every folder at load.
+#ifdef Q_OS_WIN
+bool existsAt(const QString& path) { return QFileInfo::exists(path); }
+bool isDirectoryAt(const QString& path) { return QFileInfo(path).isDir(); }
+#else
+bool existsAt(const QString& path)
+{
+    return !path.isEmpty() && ::access(QFile::encodeName(path).constData(), F_OK) == 0;
+}
+
+bool isDirectoryAt(const QString& path)
+{
+    struct stat status;
+    return !path.isEmpty() && ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+#endif
 
 // Whether `path`, cleaned, is `root` (when `mayBeRoot`) or lies below it.
 bool liesInside(const QString& root, const QString& path, bool mayBeRoot)
@@ -243,7 +265,7 @@ bool Folder::make()
         // Without a storage root the path would land at the file-system root, and a path that
         // leaves the root has no directory here: refuse both.
         if (Directories::rootPath(m_type).isEmpty() || path.isEmpty()
-            || (!QFileInfo(path).isDir() && !QDir().mkpath(path))) {
+            || (!isDirectoryAt(path) && !QDir().mkpath(path))) {
             LogLine::critical(this, C_sourceFile, __LINE__, QStringLiteral("ERROR: Failure to make internal folder:"),
                               path.isEmpty() ? m_path : path);
             return false;
@@ -372,7 +394,7 @@ QString Folder::displayPath() const
 
 bool Folder::isValidPath(const QString& path)
 {
-    return QFileInfo::exists(path);
+    return existsAt(path);
 }
 
 QString Folder::storageEscape(const QString& type, const QString& aliasName, const QString& path)
