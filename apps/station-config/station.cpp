@@ -169,19 +169,20 @@ Station::EnSaveResult Station::save(const QString& reason, QString& error,
                                     const std::function<void(QJsonObject&)>& adjust, bool overwrite)
 {
     const QString path = documentPath();
-    // The file as this program loaded it is not parsed again.
+    // The file is read once; as this program loaded it, it is not parsed again.
     SettingsDocument::Reading onDisk;
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly)) {
-        onDisk.bytes = file.readAll();
-        onDisk.digest = SettingsDocument::digest(onDisk.bytes);
-    }
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QJsonObject loaded = m_configuration->loadedDocument();
-    if (file.error() == QFileDevice::NoError && !loaded.isEmpty() && onDisk.digest == m_knownDigest) {
+    if (!file.isOpen() || file.error() != QFileDevice::NoError) {
+        onDisk = SettingsDocument::read(path); // says why: missing or unreadable
+    } else if (!loaded.isEmpty() && SettingsDocument::digest(bytes) == m_knownDigest) {
         onDisk.state = SettingsDocument::CeLoaded;
         onDisk.object = loaded;
+        onDisk.bytes = bytes;
+        onDisk.digest = m_knownDigest;
     } else {
-        onDisk = SettingsDocument::read(path);
+        onDisk = SettingsDocument::parse(bytes);
     }
     if (onDisk.state == SettingsDocument::CeUnusable) {
         error = SettingsDocument::describe(onDisk, path) + QStringLiteral("; nothing was changed");
