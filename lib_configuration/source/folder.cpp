@@ -29,6 +29,11 @@ const QString C_typeInternal = QStringLiteral("internal");
 const QString C_typeRemovable = QStringLiteral("external");
 const QString C_typeNetwork = QStringLiteral("samba");
 
+// How a display path names each type's storage.
+const QString C_prefixInternal = QStringLiteral("int://");
+const QString C_prefixRemovable = QStringLiteral("usb://");
+const QString C_prefixNetwork = QStringLiteral("ext://");
+
 // Blocking pause between unmounting a share and renaming its mount point.
 constexpr unsigned long C_renameWaitMs = 500;
 
@@ -87,9 +92,9 @@ bool liesInside(const QString& root, const QString& path, bool mayBeRoot)
 }
 
 const QList<QVariantMap> Folder::c_folderTypes = {
-    typeRow(Folder::CeFtInternal, QStringLiteral("internal"), true, QStringLiteral("int://")),
-    typeRow(Folder::CeFtRemovable, QStringLiteral("external"), false, QStringLiteral("usb://")),
-    typeRow(Folder::CeFtNetwork, QStringLiteral("samba"), false, QStringLiteral("ext://")),
+    typeRow(Folder::CeFtInternal, C_typeInternal, true, C_prefixInternal),
+    typeRow(Folder::CeFtRemovable, C_typeRemovable, false, C_prefixRemovable),
+    typeRow(Folder::CeFtNetwork, C_typeNetwork, false, C_prefixNetwork),
 };
 
 const QList<QVariantMap> Folder::c_folderRoles = {
@@ -133,9 +138,10 @@ QSharedPointer<Folder> Folder::configure(const QString& type, const QString& id,
                                          const QString& identifier, const QString& password, bool enabled,
                                          bool passwordEncrypted, int pollingInterval)
 {
-    auto* folder = new Folder(type, id, pollingInterval);
-    folder->update(type, aliasName, path, domain, address, identifier, password, enabled, passwordEncrypted);
-    return QSharedPointer<Folder>(folder);
+    const QSharedPointer<Folder> folder = configureUnmade(type, id, aliasName, path, domain, address, identifier,
+                                                          password, enabled, passwordEncrypted, pollingInterval);
+    folder->make();
+    return folder;
 }
 
 QSharedPointer<Folder> Folder::configureUnmade(const QString& type, const QString& id, const QString& aliasName,
@@ -374,13 +380,12 @@ QString Folder::typeName() const
 
 QString Folder::typeAlias() const
 {
-    // The prefixes of c_folderTypes.
     if (m_type == C_typeInternal)
-        return QStringLiteral("int://");
+        return C_prefixInternal;
     if (m_type == C_typeRemovable)
-        return QStringLiteral("usb://");
+        return C_prefixRemovable;
     if (m_type == C_typeNetwork)
-        return QStringLiteral("ext://");
+        return C_prefixNetwork;
     return QString();
 }
 
