@@ -73,10 +73,7 @@ QJsonArray DZuConfiguration::CommentList::toJson() const
         if (std::all_of(elements.cbegin(), elements.cend(), [](const QCborValue& element) { return element.isString(); }))
             return m_array;
     }
-    QJsonArray array;
-    for (const QString& text : strings())
-        array.append(text);
-    return array;
+    return QJsonArray::fromStringList(strings());
 }
 
 // --- Sequence I/O relations -----------------------------------------------------------------
