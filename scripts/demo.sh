@@ -92,20 +92,22 @@ server_obstacle() {
 # Every process of the server's session: smbd leads it, its helpers and connections share it.
 server_processes() { [ -z "$server_pid" ] || ps -e -o pid=,sid= | awk -v sid="$server_pid" '$2 == sid { print $1 }'; }
 
+# Up to 5 s for the server's processes to be gone.
+wait_for_server_end() {
+    for _ in $(seq 50); do
+        [ -z "$(server_processes)" ] && return 0
+        sleep 0.1
+    done
+}
+
 stop_server() {
     [ -n "$server_pid" ] || return 0
     as_root kill -TERM "$server_pid" 2>/dev/null || true
-    for _ in $(seq 50); do
-        [ -z "$(server_processes)" ] && break
-        sleep 0.1
-    done
+    wait_for_server_end
     local left
     left=$(server_processes)
     [ -z "$left" ] || as_root kill -KILL $left 2>/dev/null || true
-    for _ in $(seq 50); do
-        [ -z "$(server_processes)" ] && break
-        sleep 0.1
-    done
+    wait_for_server_end
     server_pid=""
 }
 
@@ -135,11 +137,12 @@ write_stop_script() {
 #!/bin/sh
 # Stops the demo's private Samba server (pid $server_pid and its session) and removes $server_dir.
 session() { ps -e -o pid=,sid= | awk -v sid=$server_pid '\$2 == sid { print \$1 }'; }
+wait_for_end() { for _ in \$(seq 50); do [ -z "\$(session)" ] && return 0; sleep 0.1; done; }
 kill -TERM $server_pid 2>/dev/null
-for _ in \$(seq 50); do [ -z "\$(session)" ] && break; sleep 0.1; done
+wait_for_end
 left=\$(session)
 [ -z "\$left" ] || kill -KILL \$left 2>/dev/null
-for _ in \$(seq 50); do [ -z "\$(session)" ] && break; sleep 0.1; done
+wait_for_end
 rm -rf "$server_dir"
 STOP
     chmod 755 "$server_dir/stop"
